@@ -11,9 +11,12 @@ struct Message {
     const char* bare = nullptr;
 };
 
-#define ERROR(text) {"error \"" text "\"", text}
-#define WARNING(text) {"warning \"" text "\"", text}
-#define EVENT(text) {"event \"" text "\"", text}
+#define ERROR(text) \
+    { "error \"" text "\"", text }
+#define WARNING(text) \
+    { "warning \"" text "\"", text }
+#define EVENT(text) \
+    { "event \"" text "\"", text }
 
 // In each table a row stands for the number after that of the row above.
 
@@ -73,10 +76,8 @@ constexpr Message errors[] = {
 
 constexpr int first_warning = 10000;
 constexpr Message warnings[] = {
-    WARNING("machine: emergency"),
-    WARNING("machine: not initialized"),
-    WARNING("argument out of range"),
-    WARNING("ambiguous tip, using first"),
+    WARNING("machine: emergency"),       WARNING("machine: not initialized"),
+    WARNING("argument out of range"),    WARNING("ambiguous tip, using first"),
     WARNING("operation with no effect"),
 };
 

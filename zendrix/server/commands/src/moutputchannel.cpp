@@ -15,7 +15,7 @@ constexpr int machine_changed = 8;
 constexpr int last_event = 96;
 constexpr int unknown_event = 97;
 
-const std::string line_end = "\r\n";
+constexpr const char* line_end = "\r\n";
 
 std::string prefix_of(int transaction_id) {
     char text[16];
@@ -168,11 +168,11 @@ int MOutputChannel::set_event_bit(const std::string& text) {
     return number;
 }
 
-// The formatted text of the variable arguments behind `format`, which is the caller's last named one.
-#define FORMATTED(result, format)                                   \
-    va_list args;                                                   \
-    va_start(args, format);                                         \
-    const std::string result = stl_string_format_va(format, args);  \
+// `result` becomes the text of the caller's variable arguments, formatted.
+#define FORMATTED(result, format)                                  \
+    va_list args;                                                  \
+    va_start(args, format);                                        \
+    const std::string result = stl_string_format_va(format, args); \
     va_end(args)
 
 void MOutputChannel::errorf(const char* format, ...) {
