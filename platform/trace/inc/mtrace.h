@@ -10,6 +10,13 @@
 #define MTRACE_API __attribute__((visibility("default")))
 #endif
 
+// Lets the compiler hold arguments against a format, where it can.
+#if defined(__GNUC__)
+#define MTRACE_PRINTF(text, first) __attribute__((format(printf, text, first)))
+#else
+#define MTRACE_PRINTF(text, first)
+#endif
+
 extern "C" {
 // Both return the level that was in force before.
 MTRACE_API int _MTrace_SetLevel(const char* channel, unsigned level);
@@ -23,9 +30,10 @@ MTRACE_API bool MTrace_TestMasterLevel(int level);
 MTRACE_API void _MTrace_Location(const char* file, int line, const char* channel, int level);
 
 // Writes one line, formatted as by printf, whatever the levels are: ask _MTrace_TestLevel first.
-MTRACE_API void _MTrace_Always(const char* format, ...) __attribute__((format(printf, 1, 2)));
+MTRACE_API MTRACE_PRINTF(1, 2) void _MTrace_Always(const char* format, ...);
 
-// Directs the trace to this file from now on. Without a call it is the file named by the environment's
-// ZENDRIX_TRACE, else trace.log in the user's state directory. The text is copied.
+// Directs the trace to this file from now on (rotated at 16 MiB, three old ones kept). Without a call it is
+// the file named by the environment's ZENDRIX_TRACE, else trace.log in the user's state directory. The text
+// is copied.
 MTRACE_API void MTrace_SetFile(const char* path);
 }

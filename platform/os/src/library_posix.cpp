@@ -1,0 +1,52 @@
+#include <dlfcn.h>
+
+#include <utility>
+
+#include "os/library.h"
+#include "os/path.h"
+
+namespace os {
+namespace {
+
+std::string loader_error() {
+    const char* const text = dlerror();
+    return text ? text : "unknown error of the loader";
+}
+
+}  // namespace
+
+SharedLibrary::SharedLibrary(SharedLibrary&& other) noexcept
+    : m_handle(std::exchange(other.m_handle, nullptr)), m_error_text(std::move(other.m_error_text)) {}
+
+SharedLibrary& SharedLibrary::operator=(SharedLibrary&& other) noexcept {
+    std::swap(m_handle, other.m_handle);
+    std::swap(m_error_text, other.m_error_text);
+    return *this;
+}
+
+bool SharedLibrary::load(const std::string& path) {
+    unload();
+    // All at once: a missing name shall show here, not in the middle of a run.
+    m_handle = dlopen(native_path(path).c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!m_handle) m_error_text = loader_error();
+    return m_handle != nullptr;
+}
+
+void* SharedLibrary::symbol(const char* name) {
+    if (!m_handle) {
+        m_error_text = "no library is loaded";
+        return nullptr;
+    }
+    void* const found = dlsym(m_handle, name);
+    if (!found) m_error_text = loader_error();
+    return found;
+}
+
+bool SharedLibrary::unload() {
+    if (!m_handle) return true;
+    const bool ok = dlclose(std::exchange(m_handle, nullptr)) == 0;
+    if (!ok) m_error_text = loader_error();
+    return ok;
+}
+
+}  // namespace os
