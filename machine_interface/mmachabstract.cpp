@@ -190,17 +190,6 @@ int MMachAbstract::GetMinProbeNum() { return m_pProbeSource ? m_pProbeSource->Ge
 int MMachAbstract::GetActiveProbeNum() { return m_pProbeSource ? m_pProbeSource->GetActiveProbeNum() : 0; }
 int MMachAbstract::GetActiveTipNum() { return m_pProbeSource ? m_pProbeSource->GetActiveTipNum() : 0; }
 bool MMachAbstract::HasMagazine() { return m_pMagazine != nullptr; }
-std::string MMachAbstract::Reserved95() { return {}; }
-void MMachAbstract::GetWobbleParameters(MMachWobbleParameters& parameters) {
-    parameters = MMachWobbleParameters();
-}
-bool MMachAbstract::HasInitList() { return false; }
-bool MMachAbstract::IsInInitList(const std::string&) { return false; }
-bool MMachAbstract::IsAxisInitialized(const std::string&) { return true; }
-bool MMachAbstract::Reserved101() { return false; }
-bool MMachAbstract::Reserved102() { return false; }
-bool MMachAbstract::Reserved103() { return false; }
-bool MMachAbstract::Reserved104() { return false; }
 std::uint32_t MMachAbstract::GetSlotOfProbe(std::uint32_t probe) {
     return HasMagazine() ? m_pMagazine->GetSlotOfProbe(probe) : 0;
 }
@@ -228,3 +217,14 @@ bool MMachAbstract::GetChangeProgram(std::string& out, std::uint32_t from, std::
 std::map<std::uint32_t, std::uint32_t> MMachAbstract::GetSlots(const std::string& name, std::uint32_t id) {
     return HasMagazine() ? m_pMagazine->GetSlots(name, id) : std::map<std::uint32_t, std::uint32_t>();
 }
+std::string MMachAbstract::Reserved95() { return {}; }
+void MMachAbstract::GetWobbleParameters(MMachWobbleParameters& parameters) {
+    parameters = MMachWobbleParameters();
+}
+bool MMachAbstract::HasInitList() { return false; }
+bool MMachAbstract::IsInInitList(const std::string&) { return false; }
+bool MMachAbstract::IsAxisInitialized(const std::string&) { return true; }
+bool MMachAbstract::Reserved101() { return false; }
+bool MMachAbstract::Reserved102() { return false; }
+bool MMachAbstract::Reserved103() { return false; }
+bool MMachAbstract::Reserved104() { return false; }

@@ -255,7 +255,6 @@ protected:
     MOutputChannel* m_pOutput;
     MMachNotifier* m_pNotifier;
     // Command class name to enabled. Written on the client's thread when the machine's capabilities change.
-    mutable os::Mutex m_commandsLock;
     std::map<std::string, bool> m_commands OS_GUARDED_BY(m_commandsLock);
     MMachProbesystemSource* m_pProbesystemSource;  // this and the next two: null unless a driver sets them
     MMachProbeSource* m_pProbeSource;
@@ -263,4 +262,5 @@ protected:
     std::string m_name;       // configuration name
     std::string m_directory;  // configuration directory
     std::map<std::string, MMachReservedRecord> m_baseMap;
+    os::Mutex m_commandsLock;  // behind the fields that a host knows, so that those keep their places
 };
