@@ -6,8 +6,8 @@ namespace {
 
 void append_targets(std::vector<Position>& positions, const AxisTargetMap& targets) {
     for (const auto& [axis, target] : targets)
-        positions.push_back({axis.c_str(), target.value,
-                             target.has_flag ? ZX_POSITION_FLAGGED : ZX_POSITION_PLAIN});
+        positions.push_back(
+            {axis.c_str(), target.value, target.has_flag ? ZX_POSITION_FLAGGED : ZX_POSITION_PLAIN});
 }
 
 std::int32_t limit_flag(const MMachAxisTarget& target) {

@@ -1,0 +1,22 @@
+// A stopwatch on the system's monotonic clock. One thread at a time.
+#pragma once
+
+#include <cstdint>
+
+class MStopwatch {
+public:
+    // Starts at once.
+    MStopwatch();
+
+    // Seconds since the start.
+    double elapsed() const;
+
+    // The same, and starts anew.
+    double restart();
+
+private:
+    double seconds_to(std::int64_t counter) const;
+
+    double m_frequency;
+    std::int64_t m_start;
+};
