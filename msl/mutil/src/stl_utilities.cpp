@@ -9,9 +9,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <system_error>
 
 #include "errtrace.h"
+#include "os/error.h"
 #include "os/number.h"
 
 namespace {
@@ -64,7 +64,7 @@ std::string stl_string_format_va(const char* format, va_list args) {
     std::string text;
     if (!format_to(text, format, args)) {
         MERRLOG_REPORT(source, "%s(): stl_string_format_va() failed: %s", "stl_string_format_va",
-                       std::generic_category().message(errno).c_str());
+                       os::error_text(errno).c_str());
     }
     return text;
 }
@@ -75,7 +75,7 @@ std::string stl_string_format(const char* format, ...) {
     va_start(args, format);
     if (!format_to(text, format, args)) {
         MERRLOG_REPORT(source, "%s(): stl_string_format() failed: %s", "stl_string_format",
-                       std::generic_category().message(errno).c_str());
+                       os::error_text(errno).c_str());
     }
     va_end(args);
     return text;

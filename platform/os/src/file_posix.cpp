@@ -9,15 +9,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <system_error>
 
 #include "os/file.h"
 #include "os/path.h"
 
 namespace os {
-
-int last_error() { return errno; }
-std::string error_text(int error) { return std::generic_category().message(error); }
 
 namespace {
 
@@ -93,6 +89,19 @@ bool find_matching(const SplitPath& path, const char* pattern, std::vector<Direc
     return errno == 0;
 }
 
+// The system may stop halfway through a large piece; the caller shall not see that.
+template <class Call, class Byte>
+bool transfer(Call call, FileHandle file, Byte* bytes, std::uint32_t size, std::uint32_t& done) {
+    done = 0;
+    while (done < size) {
+        const ssize_t count = call(descriptor(file), bytes + done, size - done);
+        if (count == 0) return true;
+        if (count < 0 && errno != EINTR) return false;
+        if (count > 0) done += static_cast<std::uint32_t>(count);
+    }
+    return true;
+}
+
 class PosixFileSystem final : public FileSystem {
 public:
     FileHandle open(const char* path, OpenMode mode, bool write_through) override {
@@ -103,19 +112,11 @@ public:
     }
 
     bool read(FileHandle file, void* target, std::uint32_t size, std::uint32_t& done) override {
-        ssize_t count;
-        do count = ::read(descriptor(file), target, size);
-        while (count < 0 && errno == EINTR);
-        done = count < 0 ? 0 : static_cast<std::uint32_t>(count);
-        return count >= 0;
+        return transfer(::read, file, static_cast<char*>(target), size, done);
     }
 
     bool write(FileHandle file, const void* data, std::uint32_t size, std::uint32_t& done) override {
-        ssize_t count;
-        do count = ::write(descriptor(file), data, size);
-        while (count < 0 && errno == EINTR);
-        done = count < 0 ? 0 : static_cast<std::uint32_t>(count);
-        return count >= 0;
+        return transfer(::write, file, static_cast<const char*>(data), size, done);
     }
 
     bool flush(FileHandle file) override { return fsync(descriptor(file)) == 0; }

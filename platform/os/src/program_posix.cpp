@@ -1,9 +1,9 @@
-#include "os/program.h"
-
 #include <unistd.h>
 
 #include <array>
 #include <cstddef>
+
+#include "os/program.h"
 
 namespace os {
 

@@ -1,7 +1,7 @@
 // Files as the file layer needs them: unbuffered handles, what a path names, and the few operations on names.
 //
-// Paths take '\' and '/' alike. Every operation returns whether it succeeded; last_error() then has the
-// system's number for the failure of this thread's last call. A file system may be used on any thread, a
+// Paths take '\' and '/' alike. Every operation returns whether it succeeded; last_error() of
+// os/error.h then has the reason. A file system may be used on any thread, a
 // handle on one at a time.
 #pragma once
 
@@ -10,10 +10,6 @@
 #include <vector>
 
 namespace os {
-
-// The system's number of the last failure on this thread, and the system's words for a number.
-int last_error();
-std::string error_text(int error);
 
 using FileHandle = std::intptr_t;
 constexpr FileHandle no_file = -1;
@@ -48,7 +44,7 @@ public:
     // data is on the disk.
     virtual FileHandle open(const char* path, OpenMode mode, bool write_through) = 0;
 
-    // Reads up to `size` bytes; `done` of 0 is the end of the file. Writing may come short, too.
+    // Reads `size` bytes, fewer at the end of the file; `done` is the count. Writing may come short, too.
     virtual bool read(FileHandle file, void* target, std::uint32_t size, std::uint32_t& done) = 0;
     virtual bool write(FileHandle file, const void* data, std::uint32_t size, std::uint32_t& done) = 0;
 

@@ -1,0 +1,96 @@
+// Buffered files of bytes.
+//
+// Counts are 64-bit, -1 for failure; a bool is true for success. A failure adds its report to the error trace
+// at each level that it passes; nothing is thrown but by the allocation of strings. An object is used from
+// one thread at a time.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "os/file.h"
+
+// What reader and writer have in common: a buffer inside the object, so that opening costs no allocation, and
+// the file behind it.
+class MFastFile {
+public:
+    static constexpr std::size_t buffer_size = 8192;
+
+    MFastFile(const MFastFile&) = delete;
+    MFastFile& operator=(const MFastFile&) = delete;
+
+protected:
+    MFastFile() = default;
+    ~MFastFile() = default;
+
+    bool is_closed() const { return state != 0; }
+
+    std::array<char, buffer_size> buffer;
+    char* limit = buffer.data();   // reader: behind the last valid byte; writer: behind the buffer
+    char* cursor = buffer.data();  // the next byte to read or write
+    os::FileHandle file = os::no_file;
+    std::int32_t state = -1;  // 0 open, -1 closed
+    std::string filename;
+};
+
+// Reads a file from its start to its end.
+class MFastFileReader : public MFastFile {
+protected:
+    // Reads the buffer anew; at the end of the file it stays empty. Stands first in the table of virtual
+    // operations.
+    virtual bool fill_buffer();
+
+public:
+    MFastFileReader() = default;
+
+    // A failure leaves a closed reader.
+    explicit MFastFileReader(const char* path);
+    virtual ~MFastFileReader();
+
+    // Closes an open file first.
+    bool Open(const char* path);
+    bool Close();
+
+    // Count read; fewer than `size` means the end of the file.
+    std::int64_t Read(void* target, std::size_t size);
+
+    // Replaces `target` by the bytes up to the next CR, LF or CR LF, which is taken from the file but not
+    // stored, or to the end of the file. An empty line and the end of the file are told apart by IsEOF.
+    bool ReadLine(std::string& target);
+
+    // The same into a buffer of at least max + 1 bytes; always terminated by NUL. Returns the bytes stored. A
+    // line of `max` or more bytes goes on at the next call, with what is left of it, be it empty.
+    std::int64_t ReadLine(char* target, std::size_t max);
+
+    // Reads up to `max` bytes, and no more than up to a delimiter, into a buffer of at least max + 1 bytes.
+    // Returns the count without the delimiter, in whose place the terminating NUL then stands; but if the
+    // delimiter comes first, the count is 0, and `target` holds the delimiter and NUL.
+    std::int64_t ReadString(char* target, std::size_t max, char delimiter);
+
+    // 1, 0 at the end of the file, -1 on failure. The second delivers every line end as one LF.
+    int ReadChar(char& c);
+    int ReadCharNL(char& c);
+
+    // Goes back over the byte read last, as long as it stands in the buffer: one byte is safe after ReadChar.
+    bool UnReadChar();
+
+    // Bytes as they lie in memory: 4, 2, 4, 4 and 8. Count read.
+    std::int64_t ReadInt(int& value);
+    std::int64_t ReadShort(short& value);
+    std::int64_t ReadLong(long& value);
+    std::int64_t ReadFloat(float& value);
+    std::int64_t ReadDouble(double& value);
+
+    // A closed reader, and one that can't read, count as being at the end; the reason goes to the error log.
+    bool IsEOF();
+
+private:
+    std::int64_t read_from_buffer(void* target, std::size_t size);
+    int read_char_from_buffer(char& c);
+    std::size_t buffered() const { return static_cast<std::size_t>(limit - cursor); }
+    bool take_line_end();
+
+    char* rewind_limit = buffer.data();  // UnReadChar goes back no further
+};

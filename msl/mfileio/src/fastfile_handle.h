@@ -1,0 +1,19 @@
+// What the file layer does with handles: opening, and reads and writes of any size.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "os/file.h"
+
+namespace fastfile {
+
+constexpr const char* source = "msl/mfileio/src/fastfile";
+
+// Opens for reading. On failure `error` is the system's number.
+bool openfile(const char* path, os::FileHandle& file, int& error);
+
+// Reads until `size` bytes came or the file ends.
+bool read64(os::FileHandle file, void* target, std::uint64_t size, std::uint64_t& done);
+
+}  // namespace fastfile

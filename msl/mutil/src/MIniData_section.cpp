@@ -1,0 +1,129 @@
+// Entries, and sections with their lines.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+
+#include "MIniData.h"
+#include "MIniData_text.h"
+#include "errtrace.h"
+#include "os/number.h"
+
+using minidata::source;
+
+bool MIniDataEntry::GetDouble(double& out) const {
+    const char* const value = text.c_str() + value_pos;
+    char* end = nullptr;
+    out = os::string_to_double(value, &end);
+    return end != value;
+}
+
+bool MIniDataEntry::GetLong(long& out) const {
+    const char* const value = text.c_str() + value_pos;
+    char* end = nullptr;
+    out = std::clamp<long>(std::strtol(value, &end, 10), std::numeric_limits<std::int32_t>::min(),
+                           std::numeric_limits<std::int32_t>::max());
+    return end != value;
+}
+
+bool MIniDataEntry::GetLongLong(long long& out) const {
+    const char* const value = text.c_str() + value_pos;
+    char* end = nullptr;
+    out = std::strtoll(value, &end, 10);
+    return end != value;
+}
+
+template <class Compare>
+MIniDataSectionT<Compare>::MIniDataSectionT(std::string header) : MIniDataLine(std::move(header)) {
+    line_vec.reserve(10);
+    line_vec.push_back(this);
+}
+
+template <class Compare>
+MIniDataSectionT<Compare>::~MIniDataSectionT() {
+    for (std::size_t i = 1; i < line_vec.size(); ++i) delete line_vec[i];
+}
+
+template <class Compare>
+MIniDataEntry* MIniDataSectionT<Compare>::GetEntry(const char* name) const {
+    const auto found = entry_map.find(minidata::trim_right(name));
+    return found == entry_map.end() ? nullptr : found->second;
+}
+
+template <class Compare>
+void MIniDataSectionT<Compare>::GetEntryNames(std::vector<std::string>& out) const {
+    out.clear();
+    for (const auto& [name, entry] : entry_map) out.push_back(name);
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::GetDoubleEntry(const char* name, double& out) const {
+    const MIniDataEntry* const entry = GetEntry(name);
+    return entry && entry->GetDouble(out);
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::GetLongEntry(const char* name, long& out) const {
+    const MIniDataEntry* const entry = GetEntry(name);
+    return entry && entry->GetLong(out);
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::GetLongLongEntry(const char* name, long long& out) const {
+    const MIniDataEntry* const entry = GetEntry(name);
+    return entry && entry->GetLongLong(out);
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::GetStringEntry(const char* name, std::string& out) const {
+    const MIniDataEntry* const entry = GetEntry(name);
+    if (entry) out = entry->GetString();
+    return entry != nullptr;
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::DeleteEntry(const std::string& name) {
+    const std::string wanted(minidata::trim_right(name));
+    const auto named = entry_map.find(wanted);
+    if (named == entry_map.end()) {
+        MERRTRACE_REPORT(source, "MIniDataSectionT::DeleteEntry(): entry \"%.40s\" not found in entry_map",
+                         wanted.c_str());
+        return false;
+    }
+    for (std::size_t i = 1; i < line_vec.size(); ++i) {
+        const std::string& line = line_vec[i]->text;
+        const std::size_t begin = line.find_first_not_of(minidata::blanks);
+        if (begin == line.npos || minidata::is_comment_start(line[begin])) continue;
+        const std::size_t equals = line.find('=');
+        if (equals == line.npos) {
+            MERRTRACE_REPORT(source, "MIniDataSectionT::DeleteEntry(): no '=' found in \"%.50s\"",
+                             line.c_str());
+            return false;
+        }
+        if (equals <= begin) {
+            MERRTRACE_REPORT(source, "MIniDataSectionT::DeleteEntry(): no entry name in \"%.50s\"",
+                             line.c_str());
+            return false;
+        }
+        if (minidata::entry_name(line, begin, equals) != wanted) continue;
+        erase_line(i, named);
+        return true;
+    }
+    MERRTRACE_REPORT(source, "MIniDataSectionT::DeleteEntry(): entry \"%.40s\" not found in line_vec",
+                     wanted.c_str());
+    return false;
+}
+
+template <class Compare>
+void MIniDataSectionT<Compare>::erase_line(std::size_t index, typename EntryMap::iterator named) {
+    const MIniDataLine* const line = line_vec[index];
+    const bool is_its_own = named->second == line;
+    entry_map.erase(named);
+    // By its text the line may be the one of an entry of another name: none shall point at a deleted line.
+    if (!is_its_own) std::erase_if(entry_map, [line](const auto& node) { return node.second == line; });
+    delete line;
+    line_vec.erase(line_vec.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+template class MIniDataSectionT<MIniDataCaseSensitiveCompare>;

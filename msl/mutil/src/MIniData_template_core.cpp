@@ -1,0 +1,388 @@
+// The model as a whole: reading lines into it, its text form, and look-ups.
+
+#include "MIniData_template_core.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <new>
+#include <ostream>
+
+#include "MIniData.h"
+#include "MIniData_text.h"
+#include "errtrace.h"
+#include "fastfile.h"
+#include "fileops.h"
+#include "os/error.h"
+#include "stl_utilities.h"
+
+using minidata::source;
+
+namespace {
+
+constexpr std::size_t longest_error = 1023;
+
+// Appends texts, each with a LF behind it.
+void append_lines(std::string& out, const std::vector<MIniDataLine*>& lines) {
+    for (const MIniDataLine* line : lines) {
+        out += line->text;
+        out += '\n';
+    }
+}
+
+std::size_t size_of_lines(const std::vector<MIniDataLine*>& lines) {
+    std::size_t size = lines.size();
+    for (const MIniDataLine* line : lines) size += line->text.size();
+    return size;
+}
+
+}  // namespace
+
+template <class Compare>
+MIniDataT<Compare>::MIniDataT(const std::string& path) {
+    MErrTrace_BeginContext();
+    if (!Open(path)) {
+        _MErrTrace_Location(0, source, __LINE__);
+        _MErrTrace_DumpContextToMErrLog("MIniData::MIniData(): Open(\"%.60s\") failed", path.c_str());
+    }
+    MErrTrace_EndContext();
+}
+
+template <class Compare>
+MIniDataT<Compare>::MIniDataT(const MIniDataT& other) {
+    *this = other;
+}
+
+template <class Compare>
+MIniDataT<Compare>& MIniDataT<Compare>::operator=(const MIniDataT& other) {
+    if (this == &other) return *this;
+    clear();
+    filename = other.filename;
+    flags = other.flags;
+    last_error = other.last_error;
+    std::string text;
+    other.GetContentString(text);
+    SetContentString(text);
+    is_open = other.is_open;
+    is_new = other.is_new;
+    is_saved = other.is_saved;
+    return *this;
+}
+
+template <class Compare>
+MIniDataT<Compare>::~MIniDataT() {
+    MErrTrace_BeginContext();
+    if (!Close()) {
+        _MErrTrace_Location(0, source, __LINE__);
+        _MErrTrace_DumpContextToMErrLog("MIniData::~MIniData(): Close() failed");
+    }
+    MErrTrace_EndContext();
+}
+
+template <class Compare>
+void MIniDataT<Compare>::clear() {
+    for (const MIniDataLine* line : header_lines) delete line;
+    header_lines.clear();
+    for (const auto& [name, section] : section_map) delete section;
+    section_map.clear();
+    current_section = nullptr;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::Close() {
+    clear();
+    filename.clear();
+    is_open = false;
+    is_new = true;
+    return true;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::Open(const std::string& path) {
+    const std::string own_path = path;  // it may be our file name, which Close empties
+    Close();
+    filename = own_path;
+    if (!file_exists(filename.c_str())) {
+        is_new = true;
+        is_saved = false;
+        is_open = true;
+        return true;
+    }
+    is_new = false;
+    if (!read_lines()) return false;
+    is_saved = true;
+    is_open = true;
+    return true;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::read_lines() {
+    MFastFileReader reader;
+    if (!reader.Open(filename.c_str())) {
+        MERRTRACE_REPORT(source, "MIniData::Open(): MFastFileReader::Open() failed");
+        return false;
+    }
+    std::string line;
+    for (bool first = true; !reader.IsEOF(); first = false) {
+        if (!reader.ReadLine(line)) {
+            MERRTRACE_REPORT(source, "MIniData::Open(): MFastFileReader::ReadLine() failed");
+            return false;
+        }
+        if (first && !take_byte_order_mark(line)) return false;
+        if (line.empty() || line.front() == '\0') continue;
+        if (!parse_line(line)) {
+            MERRTRACE_REPORT(source, "MIniData::Open(): parse_line(%.60s) failed", line.c_str());
+            return false;
+        }
+    }
+    return true;
+}
+
+// Takes the mark of UTF-8 off the line, and refuses those of the wider encodings.
+template <class Compare>
+bool MIniDataT<Compare>::take_byte_order_mark(std::string& line) {
+    using namespace std::string_view_literals;
+    const bool is_utf32 = line.starts_with("\x00\x00\xFE\xFF"sv) || line.starts_with("\xFF\xFE\x00\x00"sv);
+    if (!is_utf32 && line.starts_with("\xEF\xBB\xBF"sv)) {
+        line.erase(0, 3);
+        return true;
+    }
+    if (!is_utf32 && !line.starts_with("\xFE\xFF"sv) && !line.starts_with("\xFF\xFE"sv)) return true;
+    last_error = "UTF16/32 Unicode format not supported.";
+    MERRTRACE_REPORT(source, "MIniData::Open(\"%.80s\"): UTF16/32 Unicode format not supported",
+                     filename.c_str());
+    return false;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::Reload() {
+    return is_open && Open(filename);
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::fail(const std::string& error) {
+    last_error = error.substr(0, longest_error);
+    return false;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::fail_in_parse(const std::string& error) {
+    fail(error);
+    MERRTRACE_REPORT(source, "MIniData::parse_line(): %.70s", last_error.c_str());
+    return false;
+}
+
+// `what` could not be made.
+template <class Compare>
+bool MIniDataT<Compare>::out_of_memory(const char* what) {
+    const std::string reason = os::error_text(errno);
+    MERRTRACE_REPORT(source, "%s failed: %.50s", what, reason.c_str());
+    return fail(stl_string_format("out of memory (%s)", reason.c_str()));
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::parse_line(const std::string& line) {
+    const std::size_t begin = line.find_first_not_of(minidata::blanks);
+    if (begin == line.npos || (line[0] != '[' && minidata::is_comment_start(line[begin]))) {
+        return parse_plain(line);
+    }
+    return line[0] == '[' ? parse_section(line) : parse_entry(line, begin);
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::parse_plain(const std::string& line) {
+    auto* const plain = new (std::nothrow) MIniDataLine(line);
+    if (!plain) return out_of_memory("MIniData::parse_line(): new MIniDataLine()");
+    (current_section ? current_section->line_vec : header_lines).push_back(plain);
+    return true;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::parse_section(const std::string& line) {
+    const std::size_t end = line.find(']');
+    if (end == line.npos) {
+        return fail_in_parse(stl_string_format("no matching ']' found in \"%.50s\"", line.c_str()));
+    }
+    const std::string name = line.substr(1, end - 1);
+    if (section_map.contains(name)) {
+        if (!(flags & MINIDATA_REPLACE_SECTIONS)) {
+            return fail_in_parse(stl_string_format("Section [%s] seen twice", name.c_str()));
+        }
+        if (!DeleteSection(name)) {
+            MERRTRACE_REPORT(source, "MIniData::parse_line(): DeleteSection() failed");
+            return fail(stl_string_format("Section [%s] deleting previous version failed", name.c_str()));
+        }
+    }
+    auto* const section = new (std::nothrow) Section(line);
+    if (!section) return out_of_memory("MIniData::parse_line(): new MIniDataSectionT()");
+    section_map.emplace(name, section);
+    current_section = section;
+    return true;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::parse_entry(const std::string& line, std::size_t begin) {
+    if (!current_section) {
+        return fail_in_parse(
+            stl_string_format("Possible entry \"%s\" found before first section", line.c_str()));
+    }
+    const char* const header = current_section->text.c_str();
+    const std::size_t equals = line.find('=');
+    if (equals == line.npos && !is_lax()) {
+        return fail_in_parse(
+            stl_string_format("No '=' found in \"%.50s\" in section %s", line.c_str(), header));
+    }
+    if (equals == begin && !is_lax()) {
+        return fail_in_parse(stl_string_format("No entry name found before '=' in \"%s\" in section %s",
+                                               line.c_str(), header));
+    }
+    const std::string name(minidata::entry_name(line, begin, equals));
+    if (current_section->entry_map.contains(name)) {
+        if (!(flags & MINIDATA_REPLACE_ENTRIES)) {
+            return fail_in_parse(
+                stl_string_format("Entry \"%s\" seen twice in section %s", name.c_str(), header));
+        }
+        if (!current_section->DeleteEntry(name)) {
+            MERRTRACE_REPORT(source, "MIniData::parse_line(): DeleteEntry() failed");
+            return fail(stl_string_format("Entry \"%s\" deleting previous version failed", name.c_str()));
+        }
+    }
+    // Without a '=' the position wraps to 0: the value is the whole line.
+    auto* const entry = new (std::nothrow) MIniDataEntry(line, equals + 1);
+    if (!entry) return out_of_memory("MIniData::parse_line(): new MIniDataEntry()");
+    current_section->entry_map.emplace(name, entry);
+    current_section->line_vec.push_back(entry);
+    return true;
+}
+
+template <class Compare>
+void MIniDataT<Compare>::GetContentString(std::string& out) const {
+    std::size_t size = size_of_lines(header_lines);
+    for (const auto& [name, section] : section_map) size += size_of_lines(section->line_vec);
+    out.clear();
+    out.reserve(size);
+    append_lines(out, header_lines);
+    for (const auto& [name, section] : section_map) append_lines(out, section->line_vec);
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::SetContentString(const std::string& text) {
+    clear();
+    is_saved = false;
+    const char* at = text.c_str();
+    const char* const text_end = at + std::strlen(at);
+    while (at != text_end) {
+        const char* const end = std::find_if(at, text_end, [](char c) { return c == '\r' || c == '\n'; });
+        if (!parse_line(std::string(at, end))) {
+            MERRTRACE_REPORT(source, "MIniData::SetContentString(): parse_line() failed");
+            return false;
+        }
+        at = end;
+        if (at != text_end) at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
+    }
+    return true;
+}
+
+template <class Compare>
+auto MIniDataT<Compare>::GetSection(const char* section) const -> Section* {
+    const auto found = section_map.find(std::string_view(section));
+    return found == section_map.end() ? nullptr : found->second;
+}
+
+template <class Compare>
+void MIniDataT<Compare>::GetSectionNames(std::vector<std::string>& out) const {
+    out.clear();
+    for (const auto& [name, section] : section_map) out.push_back(name);
+}
+
+template <class Compare>
+std::size_t MIniDataT<Compare>::GetNumEntries(const char* section) const {
+    const Section* const found = GetSection(section);
+    return found ? found->GetNumEntries() : 0;
+}
+
+template <class Compare>
+MIniDataEntry* MIniDataT<Compare>::GetEntry(const char* section, const char* name) const {
+    const Section* const found = GetSection(section);
+    return found ? found->GetEntry(name) : nullptr;
+}
+
+template <class Compare>
+void MIniDataT<Compare>::GetEntryNames(const char* section, std::vector<std::string>& out) const {
+    out.clear();
+    if (const Section* const found = GetSection(section)) found->GetEntryNames(out);
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::GetDoubleEntry(const char* section, const char* name, double& out) const {
+    const MIniDataEntry* const entry = GetEntry(section, name);
+    return entry && entry->GetDouble(out);
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::GetLongEntry(const char* section, const char* name, long& out) const {
+    const MIniDataEntry* const entry = GetEntry(section, name);
+    return entry && entry->GetLong(out);
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::GetLongLongEntry(const char* section, const char* name, long long& out) const {
+    const MIniDataEntry* const entry = GetEntry(section, name);
+    return entry && entry->GetLongLong(out);
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::GetStringEntry(const char* section, const char* name, std::string& out) const {
+    const Section* const found = GetSection(section);
+    return found && found->GetStringEntry(name, out);
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::DeleteSection(const std::string& section) {
+    const auto found = section_map.find(section);
+    if (found == section_map.end()) {
+        MERRTRACE_REPORT(source, "MIniData::DeleteSection(): section \"%.40s\" not found", section.c_str());
+        return false;
+    }
+    if (current_section == found->second) current_section = nullptr;
+    delete found->second;
+    section_map.erase(found);
+    is_saved = false;
+    return true;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::DeleteEntry(const char* section, const char* name) {
+    Section* const found = GetSection(section);
+    if (!found) {
+        MERRTRACE_REPORT(source, "MIniData::DeleteEntry(): section \"%.40s\" not found", section);
+        return false;
+    }
+    if (!found->DeleteEntry(name)) {
+        MERRTRACE_REPORT(
+            source, "MIniData::DeleteEntry(): MIniDataSectionT::DeleteEntry() failed (\"%.30s\",\"%.30s\")",
+            section, name);
+        return false;
+    }
+    is_saved = false;
+    return true;
+}
+
+template <class Compare>
+bool MIniDataT<Compare>::operator==(const MIniDataT& other) const {
+    std::string ours;
+    std::string theirs;
+    GetContentString(ours);
+    other.GetContentString(theirs);
+    return ours == theirs;
+}
+
+template <class Compare>
+std::ostream& operator<<(std::ostream& stream, const MIniDataT<Compare>& ini) {
+    std::string text;
+    ini.GetContentString(text);
+    return stream << text;
+}
+
+template class MIniDataT<MIniDataCaseSensitiveCompare>;
+template std::ostream& operator<<(std::ostream&, const MIniData&);

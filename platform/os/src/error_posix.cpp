@@ -1,0 +1,11 @@
+#include <cerrno>
+#include <system_error>
+
+#include "os/error.h"
+
+namespace os {
+
+int last_error() { return errno; }
+std::string error_text(int error) { return std::generic_category().message(error); }
+
+}  // namespace os
