@@ -28,7 +28,7 @@ public:
     }
 };
 
-class OutputChannel : public testing::Test {
+class MOutputChannelTest : public testing::Test {
 protected:
     void SetUp() override { recording::reset(); }
     void TearDown() override { EXPECT_EQ(recording::error_log(), std::vector<std::string>()); }
@@ -36,7 +36,7 @@ protected:
     Channel m_channel;
 };
 
-TEST_F(OutputChannel, PrefixIsTheTransactionWithAtLeastFourDigits) {
+TEST_F(MOutputChannelTest, PrefixIsTheTransactionWithAtLeastFourDigits) {
     EXPECT_EQ(m_channel.m_prefix, "0007\t");
     EXPECT_EQ(Channel(0).m_prefix, "0000\t");
     EXPECT_EQ(Channel(9999).m_prefix, "9999\t");
@@ -46,7 +46,7 @@ TEST_F(OutputChannel, PrefixIsTheTransactionWithAtLeastFourDigits) {
     EXPECT_EQ(Channel(INT_MIN).m_prefix, "-2147483648\t");
 }
 
-TEST_F(OutputChannel, StartsEmptyWithRoomForSmallTransactions) {
+TEST_F(MOutputChannelTest, StartsEmptyWithRoomForSmallTransactions) {
     EXPECT_GE(m_channel.m_text.capacity(), 1000U);
     EXPECT_TRUE(m_channel.is_empty());
     EXPECT_FALSE(m_channel.has_error());
@@ -55,7 +55,7 @@ TEST_F(OutputChannel, StartsEmptyWithRoomForSmallTransactions) {
     EXPECT_EQ(m_channel.get_text(), "");
 }
 
-TEST_F(OutputChannel, LinesHaveTheirExactForms) {
+TEST_F(MOutputChannelTest, LinesHaveTheirExactForms) {
     m_channel.error(4);
     EXPECT_EQ(m_channel.take(), "0007\terror \"invalid axis\"\r\n");
     m_channel.error("no way");
@@ -74,14 +74,14 @@ TEST_F(OutputChannel, LinesHaveTheirExactForms) {
     EXPECT_EQ(m_channel.take(), "0000\tevent \"door open\"\r\n");
 }
 
-TEST_F(OutputChannel, DataWithoutValuesIsTheBareWord) {
+TEST_F(MOutputChannelTest, DataWithoutValuesIsTheBareWord) {
     m_channel.data(std::vector<double>());
     EXPECT_EQ(m_channel.take(), "0007\tdata\r\n");
     m_channel.data(std::string());
     EXPECT_EQ(m_channel.take(), "0007\tdata \r\n");
 }
 
-TEST_F(OutputChannel, UnknownNumbersHaveTheCataloguesForm) {
+TEST_F(MOutputChannelTest, UnknownNumbersHaveTheCataloguesForm) {
     m_channel.error(51);
     m_channel.warning(3);
     m_channel.event(68);
@@ -91,7 +91,7 @@ TEST_F(OutputChannel, UnknownNumbersHaveTheCataloguesForm) {
               "0000\tevent \"unknown event number 68\"\r\n");
 }
 
-TEST_F(OutputChannel, TextsPassUnchanged) {
+TEST_F(MOutputChannelTest, TextsPassUnchanged) {
     const std::string nasty = std::string("a \"b\"\r\nc\0d\t%s", 13) + std::string(100'000, 'x');
     m_channel.error(nasty);
     EXPECT_EQ(m_channel.take(), "0007\terror \"" + nasty + "\"\r\n");
@@ -103,7 +103,7 @@ TEST_F(OutputChannel, TextsPassUnchanged) {
     EXPECT_EQ(m_channel.take(), "0000\tevent \"" + nasty + "\"\r\n");
 }
 
-TEST_F(OutputChannel, OnlyErrorsSetTheErrorMark) {
+TEST_F(MOutputChannelTest, OnlyErrorsSetTheErrorMark) {
     m_channel.warning(10000);
     m_channel.warning("w");
     m_channel.data("d");
@@ -117,7 +117,7 @@ TEST_F(OutputChannel, OnlyErrorsSetTheErrorMark) {
     EXPECT_TRUE(m_channel.has_error());
 }
 
-TEST_F(OutputChannel, HeldBackEventsComeOnceAndLast) {
+TEST_F(MOutputChannelTest, HeldBackEventsComeOnceAndLast) {
     m_channel.event(8);
     for (int i = 0; i < 3; ++i) m_channel.event(1);
     m_channel.event("machine changed");
@@ -127,7 +127,7 @@ TEST_F(OutputChannel, HeldBackEventsComeOnceAndLast) {
     EXPECT_EQ(m_channel.take(), "");
 }
 
-TEST_F(OutputChannel, OneEventHeldBackComesBehindALaterLine) {
+TEST_F(MOutputChannelTest, OneEventHeldBackComesBehindALaterLine) {
     for (int i = 0; i < 3; ++i) m_channel.event(1);
     m_channel.event(12);
     std::string text;
@@ -135,14 +135,14 @@ TEST_F(OutputChannel, OneEventHeldBackComesBehindALaterLine) {
     EXPECT_EQ(text, std::string("0000\tevent \"movement: end\"\r\n") + capabilities_line);
 }
 
-TEST_F(OutputChannel, HeldBackEventsAreKnownByTextToo) {
+TEST_F(MOutputChannelTest, HeldBackEventsAreKnownByTextToo) {
     m_channel.event("capabilities changed");
     EXPECT_TRUE(m_channel.is_empty());
     EXPECT_TRUE(m_channel.test_event_bit(1));
     EXPECT_EQ(m_channel.take(), capabilities_line);
 }
 
-TEST_F(OutputChannel, TakingWithoutPendingLeavesThemButClearsTheirBits) {
+TEST_F(MOutputChannelTest, TakingWithoutPendingLeavesThemButClearsTheirBits) {
     m_channel.event(1);
     EXPECT_TRUE(m_channel.test_event_bit(1));
     std::string text = "old";
@@ -153,7 +153,7 @@ TEST_F(OutputChannel, TakingWithoutPendingLeavesThemButClearsTheirBits) {
     EXPECT_EQ(m_channel.take(), capabilities_line);
 }
 
-TEST_F(OutputChannel, GetTextShowsPendingLinesAndConsumesNothing) {
+TEST_F(MOutputChannelTest, GetTextShowsPendingLinesAndConsumesNothing) {
     m_channel.event(8);
     m_channel.event(1);
     m_channel.error(10);
@@ -164,7 +164,7 @@ TEST_F(OutputChannel, GetTextShowsPendingLinesAndConsumesNothing) {
     EXPECT_EQ(m_channel.take(), all);
 }
 
-TEST_F(OutputChannel, EmptyMeansNoTextWhateverIsPending) {
+TEST_F(MOutputChannelTest, EmptyMeansNoTextWhateverIsPending) {
     m_channel.event(1);
     EXPECT_TRUE(m_channel.is_empty());
     m_channel.add_pending_events();
@@ -174,7 +174,7 @@ TEST_F(OutputChannel, EmptyMeansNoTextWhateverIsPending) {
     EXPECT_TRUE(m_channel.is_empty());
 }
 
-TEST_F(OutputChannel, TakingReplacesTheTargetAndKeepsTheFlags) {
+TEST_F(MOutputChannelTest, TakingReplacesTheTargetAndKeepsTheFlags) {
     m_channel.error(1);
     m_channel.set_fatal();
     m_channel.event(3);
@@ -188,13 +188,13 @@ TEST_F(OutputChannel, TakingReplacesTheTargetAndKeepsTheFlags) {
     EXPECT_EQ(text, "");
 }
 
-TEST_F(OutputChannel, TakingIntoTheTextItselfIsSafe) {
+TEST_F(MOutputChannelTest, TakingIntoTheTextItselfIsSafe) {
     m_channel.error(1);
     EXPECT_FALSE(m_channel.take_text(m_channel.m_text, true));
     EXPECT_TRUE(m_channel.is_empty());
 }
 
-TEST_F(OutputChannel, ClearingKeepsTheFatalMarkAlone) {
+TEST_F(MOutputChannelTest, ClearingKeepsTheFatalMarkAlone) {
     m_channel.set_fatal();
     m_channel.error(1);
     m_channel.event(1);
@@ -207,7 +207,7 @@ TEST_F(OutputChannel, ClearingKeepsTheFatalMarkAlone) {
     EXPECT_EQ(m_channel.get_text(), "");
 }
 
-TEST_F(OutputChannel, AppendingAddsTextFlagsAndBits) {
+TEST_F(MOutputChannelTest, AppendingAddsTextFlagsAndBits) {
     Channel other(8);
     other.error(1);
     other.event(8);
@@ -228,7 +228,7 @@ TEST_F(OutputChannel, AppendingAddsTextFlagsAndBits) {
     EXPECT_TRUE(other.has_error());
 }
 
-TEST_F(OutputChannel, AppendingTakesNoFlagAway) {
+TEST_F(MOutputChannelTest, AppendingTakesNoFlagAway) {
     m_channel.error(1);
     m_channel.set_fatal();
     m_channel.event(1);
@@ -238,7 +238,7 @@ TEST_F(OutputChannel, AppendingTakesNoFlagAway) {
     EXPECT_EQ(m_channel.take(), std::string("0007\terror \"syntax invalid\"\r\n") + capabilities_line);
 }
 
-TEST_F(OutputChannel, TransferringMovesAllButTheFatalMark) {
+TEST_F(MOutputChannelTest, TransferringMovesAllButTheFatalMark) {
     Channel target(8);
     m_channel.error(1);
     m_channel.event(1);
@@ -254,7 +254,7 @@ TEST_F(OutputChannel, TransferringMovesAllButTheFatalMark) {
     EXPECT_EQ(target.take(), std::string("0007\terror \"syntax invalid\"\r\n") + capabilities_line);
 }
 
-TEST_F(OutputChannel, EveryEventSetsItsBitByNumberAndByText) {
+TEST_F(MOutputChannelTest, EveryEventSetsItsBitByNumberAndByText) {
     for (const auto& [number, text] : expected_events) {
         Channel by_number;
         by_number.event(number);
@@ -269,7 +269,7 @@ TEST_F(OutputChannel, EveryEventSetsItsBitByNumberAndByText) {
     }
 }
 
-TEST_F(OutputChannel, UnassignedNumbersAreFoundByTheirFormedText) {
+TEST_F(MOutputChannelTest, UnassignedNumbersAreFoundByTheirFormedText) {
     for (const int number : {0, 68, 86, 87}) {
         m_channel.event("unknown event number " + std::to_string(number));
         EXPECT_TRUE(m_channel.test_event_bit(number)) << number;
@@ -278,7 +278,7 @@ TEST_F(OutputChannel, UnassignedNumbersAreFoundByTheirFormedText) {
     }
 }
 
-TEST_F(OutputChannel, UnknownEventTextGoesOutAndSetsNoBitOfANumber) {
+TEST_F(MOutputChannelTest, UnknownEventTextGoesOutAndSetsNoBitOfANumber) {
     recording::set_trace_level(4);
     m_channel.event("no such text");
     EXPECT_EQ(m_channel.get_text(), "0000\tevent \"no such text\"\r\n");
@@ -290,7 +290,7 @@ TEST_F(OutputChannel, UnknownEventTextGoesOutAndSetsNoBitOfANumber) {
     EXPECT_EQ(recording::trace()[0].text, "set_event_bit(): unknown event: 97");
 }
 
-TEST_F(OutputChannel, NumbersOutsideTheCatalogueAreTracedAtLevelFourOnly) {
+TEST_F(MOutputChannelTest, NumbersOutsideTheCatalogueAreTracedAtLevelFourOnly) {
     recording::set_trace_level(3);
     m_channel.event(97);
     EXPECT_TRUE(recording::trace().empty());
@@ -308,7 +308,7 @@ TEST_F(OutputChannel, NumbersOutsideTheCatalogueAreTracedAtLevelFourOnly) {
     EXPECT_EQ(m_channel.take(), "0000\tevent \"unknown event number 97\"\r\n");
 }
 
-TEST_F(OutputChannel, KnownNumbersAreNotTraced) {
+TEST_F(MOutputChannelTest, KnownNumbersAreNotTraced) {
     recording::set_trace_level(9);
     for (int number = 0; number <= 96; ++number) m_channel.set_event_bit(number);
     EXPECT_TRUE(recording::trace().empty());
@@ -316,7 +316,7 @@ TEST_F(OutputChannel, KnownNumbersAreNotTraced) {
     for (int number = 0; number <= 96; ++number) EXPECT_TRUE(m_channel.test_event_bit(number)) << number;
 }
 
-TEST_F(OutputChannel, EventTextsAreComparedWholeAndExactly) {
+TEST_F(MOutputChannelTest, EventTextsAreComparedWholeAndExactly) {
     EXPECT_EQ(m_channel.set_event_bit("event \"door open\""), 63);
     for (const char* text :
          {"door open", "event \"Door open\"", "event \"door open", "event \"door open\" ", ""}) {
@@ -341,7 +341,7 @@ public:
     std::vector<std::string> m_seen;
 };
 
-TEST_F(OutputChannel, FormattingGoesThroughTheVirtualOperationsAndTouchesNoField) {
+TEST_F(MOutputChannelTest, FormattingGoesThroughTheVirtualOperationsAndTouchesNoField) {
     Overriding channel;
     channel.errorf("%s %d", "e", 1);
     channel.warningf("%5.2f", 2.5);
@@ -353,7 +353,7 @@ TEST_F(OutputChannel, FormattingGoesThroughTheVirtualOperationsAndTouchesNoField
     EXPECT_FALSE(channel.any_event_bit());
 }
 
-TEST_F(OutputChannel, FormattedTextsOfAnyLengthAreWhole) {
+TEST_F(MOutputChannelTest, FormattedTextsOfAnyLengthAreWhole) {
     for (const std::size_t length : {0U, 1U, 1022U, 1023U, 1024U, 1025U, 100'000U}) {
         const std::string text(length, 'y');
         m_channel.errorf("%s", text.c_str());
@@ -362,32 +362,32 @@ TEST_F(OutputChannel, FormattedTextsOfAnyLengthAreWhole) {
     }
 }
 
-TEST_F(OutputChannel, FormattedEventsAreHeldBackLikeOthers) {
+TEST_F(MOutputChannelTest, FormattedEventsAreHeldBackLikeOthers) {
     m_channel.eventf("%s changed", "capabilities");
     m_channel.dataf("%d", 5);
     EXPECT_EQ(m_channel.take(), std::string("0007\tdata 5\r\n") + capabilities_line);
 }
 
-class OutputChannelEnd : public testing::Test {
+class MOutputChannelEndTest : public testing::Test {
 protected:
     void SetUp() override { recording::reset(); }
 };
 
-TEST_F(OutputChannelEnd, UncollectedTextIsReported) {
+TEST_F(MOutputChannelEndTest, UncollectedTextIsReported) {
     { MOutputChannel(42).error(4); }
     EXPECT_EQ(recording::error_log(),
               (std::vector<std::string>{"~MOutputChannel(): Not all entries cleared for 0042\t!",
                                         "~MOutputChannel(): \"0042\terror \"invalid axis\"\r\n\""}));
 }
 
-TEST_F(OutputChannelEnd, AHeldBackEventAloneIsReportedToo) {
+TEST_F(MOutputChannelEndTest, AHeldBackEventAloneIsReportedToo) {
     { MOutputChannel(42).event(8); }
     EXPECT_EQ(recording::error_log(),
               (std::vector<std::string>{"~MOutputChannel(): Not all entries cleared for 0042\t!",
                                         std::string("~MOutputChannel(): \"") + machine_line + "\""}));
 }
 
-TEST_F(OutputChannelEnd, ACollectedChannelEndsInSilence) {
+TEST_F(MOutputChannelEndTest, ACollectedChannelEndsInSilence) {
     {
         MOutputChannel channel(42);
         channel.error(4);
