@@ -6,7 +6,7 @@
 // docs/errors.md where each failure is reported.
 //
 // The sources are split by subject: _connection (Open to Close), _config (the ini file), _events (callbacks),
-// _capabilities (the picture of the machine), _factories (the commands).
+// _capabilities (the picture of the machine), _machine (what the host asks of it), _factories (the commands).
 #pragma once
 
 #include <atomic>
@@ -22,6 +22,8 @@
 #include "keypadaxislist.h"
 #include "mmachabstract.h"
 #include "os/mutex.h"
+
+class MErrTraceContext;
 
 class M2ZendrixMachAbstract : public MMachAbstract {
 public:
@@ -100,8 +102,13 @@ public:
 
 protected:
     void read_app_ini_file();
+    void take_host(MErrTraceContext& context, const std::string& value);
+    void take_cached_axes(std::string value);
     bool connect();
+    bool prepare_client(CZendrixCOM& client);
     void set_up_picture();
+    void test_keypad_list_inactive(CZendrixCOM& client);
+    void poll_connection();
     void delete_clients();
 
     static void async_events_callback(void* user, const char* text);
@@ -109,14 +116,18 @@ protected:
     static void async_warnings_callback(void* user, long tid, const char* text);
     static void autoinfo_callback(void* user, unsigned count, double* const values);
     void notify(const char* callback);
+    void add_finished_id(const char* function, long id);
+    bool is_ignored_error(const std::string& text);
     void begin_ignore_not_loaded_error();
     void end_ignore_not_loaded_error();
 
     void enable_supported_commands();
+    void raise_flags(const std::vector<std::string>& words);
     void update_capabilities();
     MMachAxisInfo* convert_capabilities(const CAxis& axis, const std::vector<std::string>& keypad);
     void update_init_list();
     void update_spin_lists();
+    void insert_active_spin_axis(std::string axis, double value) OS_REQUIRES(m_spinActiveLock);
     void update_cached_axes_values();
 
     // Texts that the callbacks queue and PollAsyncErrors hands on.
@@ -145,6 +156,7 @@ protected:
     std::atomic<CZendrixCOM*> m_pZendrixCom{nullptr};
     // The client after an expected loss: callbacks may still be inside it, so it goes only in Close.
     CZendrixCOM* m_pZendrixComRetired = nullptr;
+    std::vector<CZendrixCOM*> m_retiredEarlier;  // those that a second expected loss displaced
 
     using ComponentMap = std::map<std::string, MMachComponentInfo>;
     ComponentMap m_components;
