@@ -33,6 +33,19 @@ constexpr auto zeros_of_pair = [] {
 
 void put_pair(char* at, std::uint32_t pair) { std::memcpy(at, &digit_pairs[2 * pair], 2); }
 
+char digit_of(std::uint32_t digit) { return static_cast<char>('0' + digit); }
+
+char* put_whole(char* at, std::uint32_t whole) {
+    if (whole >= 1000) return std::to_chars(at, at + 10, whole).ptr;
+    if (whole >= 100) *at++ = digit_of(whole / 100);
+    if (whole >= 10) {
+        put_pair(at, whole % 100);
+        return at + 2;
+    }
+    *at = digit_of(whole);
+    return at + 1;
+}
+
 // Each digit is the whole part of ten times what is left: the rule, near ties too.
 std::uint32_t digits_one_by_one(double fraction) {
     std::uint32_t digits = 0;
@@ -78,7 +91,7 @@ void append_plain(std::string& text, double value) {
     char* end = buffer;
     *end++ = ' ';
     if (sum < 0.0) *end++ = '-';
-    end = std::to_chars(end, buffer + sizeof buffer, whole).ptr;
+    end = put_whole(end, whole);
     const std::uint32_t digits = six_digits(magnitude - whole);
     if (digits != 0) end = put_fraction(end, digits);
     text.append(buffer, static_cast<std::size_t>(end - buffer));
