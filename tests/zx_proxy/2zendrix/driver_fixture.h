@@ -66,9 +66,18 @@ public:
     using M2ZendrixMachAbstract::m_pZendrixComRetired;
 
     // Copies of what a lock guards.
-    Lines events() { return copy(m_eventsLock, m_events); }
-    Lines errors() { return copy(m_errorsLock, m_errors); }
-    Lines warnings() { return copy(m_warningsLock, m_warnings); }
+    Lines events() {
+        os::LockGuard guard(m_eventsLock);
+        return {m_events.begin(), m_events.end()};
+    }
+    Lines errors() {
+        os::LockGuard guard(m_errorsLock);
+        return {m_errors.begin(), m_errors.end()};
+    }
+    Lines warnings() {
+        os::LockGuard guard(m_warningsLock);
+        return {m_warnings.begin(), m_warnings.end()};
+    }
     std::set<long> finished_ids() {
         os::LockGuard guard(m_finishedIdsLock);
         return m_finishedIds;
@@ -92,12 +101,6 @@ public:
     std::map<std::string, double> spin_active() {
         os::LockGuard guard(m_spinActiveLock);
         return m_spinActive;
-    }
-
-private:
-    static Lines copy(os::Mutex& lock, const std::deque<std::string>& queue) {
-        os::LockGuard guard(lock);
-        return {queue.begin(), queue.end()};
     }
 };
 
