@@ -1,0 +1,113 @@
+// One client's side of the protocol: request lines in, answer lines out (docs/protocol.md).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "protocol/hub.h"
+#include "protocol/transport.h"
+#include "tokens.h"
+
+namespace zendrix::sim {
+
+class Conversation {
+public:
+    // What became of a request once its handler has returned.
+    enum class Outcome {
+        done,     // answered
+        begun,    // a transaction that goes on if the machine moves for it
+        waiting,  // will be ended by the hub
+    };
+    using Handler = Outcome (Conversation::*)(wire::TokenReader& arguments);
+
+    // Joins the hub; both outlive the conversation.
+    Conversation(Hub& hub, Transport& transport);
+    ~Conversation();
+    Conversation(const Conversation&) = delete;
+    Conversation& operator=(const Conversation&) = delete;
+
+    void greet();
+    void request(std::string_view line);
+    void over_long_request(std::string_view begin);  // the first bytes of the line
+    void send_watch();
+    // The patience with a waiting `machine get` is over.
+    void lock_timed_out(std::int64_t id);
+
+    bool is_congested() const { return m_transport.is_congested(); }
+
+    // From the hub.
+    void event(const std::string& text);
+    void point(std::int64_t id, std::size_t number, const std::vector<double>& values);
+    void end(std::int64_t id, Error error);
+
+    // Handlers, one per request; the table of requests.cpp names them.
+    Outcome machine_name(wire::TokenReader& arguments);
+    Outcome machine_revision(wire::TokenReader& arguments);
+    Outcome machine_serial(wire::TokenReader& arguments);
+    Outcome machine_get(wire::TokenReader& arguments);
+    Outcome machine_release(wire::TokenReader& arguments);
+    Outcome master(wire::TokenReader& arguments);
+    Outcome ping(wire::TokenReader& arguments);
+    Outcome commands(wire::TokenReader& arguments);
+    Outcome components(wire::TokenReader& arguments);
+    Outcome options(wire::TokenReader& arguments);
+    Outcome capabilities(wire::TokenReader& arguments);
+    Outcome init_list(wire::TokenReader& arguments);
+    Outcome init_active(wire::TokenReader& arguments);
+    Outcome keypad_list(wire::TokenReader& arguments);
+    Outcome keypad_active(wire::TokenReader& arguments);
+    Outcome spin_list(wire::TokenReader& arguments);
+    Outcome spin_active(wire::TokenReader& arguments);
+    Outcome get(wire::TokenReader& arguments);
+    Outcome scanaxis(wire::TokenReader& arguments);
+    Outcome moveaxis(wire::TokenReader& arguments);
+    Outcome movezeroaxis(wire::TokenReader& arguments);
+    Outcome movelimitaxis(wire::TokenReader& arguments);
+    Outcome watch(wire::TokenReader& arguments);
+    Outcome abort(wire::TokenReader& arguments);
+    Outcome reset(wire::TokenReader& arguments);
+    Outcome modulo(wire::TokenReader& arguments);
+    Outcome movebase(wire::TokenReader& arguments);
+    Outcome scanbase(wire::TokenReader& arguments);
+    Outcome init(wire::TokenReader& arguments);
+    Outcome set(wire::TokenReader& arguments);
+    Outcome move(wire::TokenReader& arguments);
+    Outcome movezero(wire::TokenReader& arguments);
+    Outcome movepoly(wire::TokenReader& arguments);
+    Outcome movecircle(wire::TokenReader& arguments);
+    Outcome movecone(wire::TokenReader& arguments);
+    Outcome movehome(wire::TokenReader& arguments);
+    Outcome scan(wire::TokenReader& arguments);
+    Outcome scanpoint(wire::TokenReader& arguments);
+    Outcome scanpoly(wire::TokenReader& arguments);
+    Outcome scancircle(wire::TokenReader& arguments);
+    Outcome scancone(wire::TokenReader& arguments);
+    Outcome scandata(wire::TokenReader& arguments);
+    Outcome not_implemented(wire::TokenReader& arguments);
+
+private:
+    void answer(std::int64_t id, std::string_view rest);
+    void carry_out(std::string_view rest);
+    void error(std::int64_t id, Error error);
+    void ready(std::int64_t id);
+
+    // conversation_queries.cpp
+    void texts(const std::vector<std::string>& texts);  // a data line each
+    void yes_or_no(bool answer);
+
+    Machine& machine() { return m_hub.machine(); }
+
+    Hub& m_hub;
+    Transport& m_transport;
+    bool m_is_master = false;
+    std::int64_t m_id = 0;          // of the request that is being carried out
+    std::set<std::int64_t> m_open;  // begun or waiting, and not yet ended
+    std::int64_t m_watch_id = 0;
+    std::vector<std::string> m_watched;
+};
+
+}  // namespace zendrix::sim
