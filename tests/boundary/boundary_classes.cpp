@@ -1,0 +1,45 @@
+// Makes the compiler lay out every class with virtual operations that host and plug-in share. It is only ever
+// compiled to print those layouts.
+#include "boundary_commands.h"
+#include "m2zendrixgetcommand.h"
+#include "m2zendrixinitcommand.h"
+#include "m2zendrixmachabstract.h"
+#include "m2zendrixmodulocommand.h"
+#include "m2zendrixmovebasecommand.h"
+#include "m2zendrixmovecirclecommand.h"
+#include "m2zendrixmovecommand.h"
+#include "m2zendrixmoveconecommand.h"
+#include "m2zendrixmovehomecommand.h"
+#include "m2zendrixmovepolycommand.h"
+#include "m2zendrixmovezerocommand.h"
+#include "m2zendrixresetcommand.h"
+#include "m2zendrixscanbasecommand.h"
+#include "m2zendrixscancirclecommand.h"
+#include "m2zendrixscancommand.h"
+#include "m2zendrixscanconecommand.h"
+#include "m2zendrixscandatacommand.h"
+#include "m2zendrixscanpointcommand.h"
+#include "m2zendrixscanpolycommand.h"
+#include "m2zendrixsetcommand.h"
+#include "mmachabstract.h"
+#include "mmachnotifier.h"
+#include "moutputchannel.h"
+
+template <class T>
+void destroy(T* object) {
+    delete object;
+}
+
+template void destroy(MMachAbstract*);
+template void destroy(MMachNotifier*);
+template void destroy(MOutputChannel*);
+template void destroy(MMachCommand*);
+template void destroy(M2ZendrixMachAbstract*);
+template void destroy(M2ZendrixCommand*);
+template void destroy(M2ZendrixGenericScanCommand*);
+
+#define DESTROY_FACE(face) template void destroy(MMach##face##Command*);
+#define DESTROY_BOTH(face, driver) \
+    DESTROY_FACE(face)             \
+    template void destroy(M2Zendrix##driver##Command*);
+ALL_COMMANDS(DESTROY_FACE, DESTROY_BOTH, DESTROY_BOTH)
