@@ -47,6 +47,19 @@ const char* scan_number(const char* begin, const char* end, double& value) noexc
     return p;
 }
 
+bool scan_numbers(std::string_view text, std::vector<double>& values) {
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    for (;;) {
+        while (p != end && *p == ' ') ++p;
+        if (p == end) return true;
+        double value = 0.0;
+        p = scan_number(p, end, value);
+        if (p == nullptr || (p != end && *p != ' ')) return false;
+        values.push_back(value);
+    }
+}
+
 bool parse_number(std::string_view text, double& value) noexcept {
     const char* const end = text.data() + text.size();
     return !text.empty() && scan_number(text.data(), end, value) == end;

@@ -1,0 +1,177 @@
+#include "client.h"
+
+#include "clientlog.h"
+#include "handshake.h"
+#include "idsource.h"
+
+using serverdll::Clock;
+using serverdll::Delivery;
+using serverdll::Exchange;
+using serverdll::RequestKind;
+
+namespace {
+
+void store_id(long* tid, long id) {
+    if (tid != nullptr) std::atomic_ref<long>(*tid).store(id, std::memory_order_release);
+}
+
+class GatePass {
+public:
+    explicit GatePass(serverdll::CallGate& gate) : m_gate(gate.enter() ? &gate : nullptr) {}
+    ~GatePass() {
+        if (m_gate != nullptr) m_gate->leave();
+    }
+    GatePass(const GatePass&) = delete;
+    GatePass& operator=(const GatePass&) = delete;
+
+    explicit operator bool() const noexcept { return m_gate != nullptr; }
+
+private:
+    serverdll::CallGate* m_gate;
+};
+
+std::string describe(const wire::Hello& hello) {
+    return "machine \"" + hello.name + "\", protocol revision " + std::to_string(hello.major) + "." +
+           std::to_string(hello.minor) + (hello.simulated ? ", simulated" : "");
+}
+
+}  // namespace
+
+CZendrixCOM::Client::Client(Progress progress, void* user, const char* server)
+    : replies(serverdll::client_options().block_bytes),
+      callbacks([this](long id) {
+          replies.completed(id);
+          serverdll::process_ids().release(id);
+      }),
+      m_options(serverdll::client_options()),
+      m_dispatcher(callbacks) {
+    connect(progress, user, server == nullptr ? "" : server);
+    if (m_connection == nullptr) return;
+    m_dispatcher.start();
+    m_connection->start();
+}
+
+// Those who wait fail first, then the threads end; nobody is inside when the parts go.
+CZendrixCOM::Client::~Client() {
+    m_gate.shut();
+    if (m_connection != nullptr) m_connection->end();
+    m_dispatcher.stop();
+    m_gate.wait_until_empty();
+    if (m_connection != nullptr) m_connection->join();
+    m_dispatcher.join();
+    serverdll::process_ids().release_all(this);
+}
+
+void CZendrixCOM::Client::connect(Progress progress, void* user, const std::string& server) {
+    const auto say = [&](const std::string& text) {
+        if (progress != nullptr) progress(user, text.c_str());
+    };
+    say("connecting to \"" + server + "\"");
+    std::unique_ptr<serverdll::Transport> transport = serverdll::connect_transport(server, m_options);
+    say("connected, waiting for the hello");
+    wire::LineSplitter splitter(m_options.line);
+    m_noConnection = serverdll::read_hello(*transport, splitter, m_options, hello);
+    if (m_noConnection.empty()) {
+        say(describe(hello));
+        m_connection = std::make_unique<serverdll::Connection>(std::move(transport), std::move(splitter),
+                                                               m_dispatcher, replies, m_options);
+        return;
+    }
+    m_noConnection = "no machine connection to \"" + server + "\": " + m_noConnection;
+    serverdll::log_error(__FILE__, __LINE__, m_noConnection);
+    say(m_noConnection);
+}
+
+wire::RequestWriter CZendrixCOM::Client::request(std::string_view words) const {
+    return {serverdll::process_ids().next(), words};
+}
+
+bool CZendrixCOM::Client::query(wire::RequestWriter& request, std::string* data) {
+    Exchange exchange;
+    run(request, exchange);
+    if (!exchange.failed && data != nullptr) *data = std::move(exchange.data);
+    return report(exchange);
+}
+
+bool CZendrixCOM::Client::transaction(wire::RequestWriter& request, long* tid, RequestKind kind) {
+    const long id = static_cast<long>(request.id());
+    Exchange exchange;
+    exchange.kind = kind;
+    exchange.until_end = mode.load(std::memory_order_relaxed) == ZX_SYNC;
+    store_id(tid, id);
+    serverdll::process_ids().hold(id, this);
+    if (kind == RequestKind::receive) replies.open(id);
+    run(request, exchange);
+    if (!exchange.accepted.load(std::memory_order_relaxed)) {
+        store_id(tid, 0);
+        replies.drop(id);
+        // An answer that never came may still come.
+        if (exchange.done.load(std::memory_order_relaxed)) serverdll::process_ids().release(id);
+    }
+    return report(exchange);
+}
+
+bool CZendrixCOM::Client::watch(wire::RequestWriter& request, bool on) {
+    const long before = m_connection != nullptr ? m_connection->watched() : 0;
+    const long id = static_cast<long>(request.id());
+    if (m_connection != nullptr) m_connection->watch(on ? id : 0);
+    Exchange exchange;
+    run(request, exchange);
+    if (exchange.failed && m_connection != nullptr) m_connection->watch(before);
+    return report(exchange);
+}
+
+bool CZendrixCOM::Client::refuse(const char* text) {
+    Exchange exchange;
+    exchange.failed = true;
+    exchange.error = text;
+    exchange.lost = !is_alive();
+    const GatePass pass(m_gate);
+    if (pass && !exchange.lost) tell(0, exchange);
+    return report(exchange);
+}
+
+void CZendrixCOM::Client::run(wire::RequestWriter& request, Exchange& exchange) {
+    const GatePass pass(m_gate);
+    if (m_connection == nullptr || !pass) {
+        exchange.failed = true;
+        exchange.lost = true;
+        exchange.error = m_connection == nullptr ? m_noConnection : "the client is being closed";
+        return;
+    }
+    exchange.tells_by_itself = m_dispatcher.is_this_thread();
+    if (request.length() <= m_options.line) {
+        perform(request, exchange);
+    } else {
+        exchange.failed = true;
+        exchange.error = "the request is too long";
+    }
+    tell(exchange.kind == RequestKind::query ? 0 : static_cast<long>(request.id()), exchange);
+}
+
+void CZendrixCOM::Client::perform(wire::RequestWriter& request, Exchange& exchange) {
+    const Clock::time_point start = Clock::now();
+    m_connection->perform(request, exchange);
+    if (exchange.failed) return;
+    const auto trip = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
+    latency.store(static_cast<long>(trip.count()), std::memory_order_relaxed);
+}
+
+// The error callback has run when this returns, unless it takes too long.
+void CZendrixCOM::Client::tell(long id, Exchange& exchange) {
+    if (exchange.failed && !exchange.told && !exchange.lost) {
+        exchange.messages.push_back({Delivery::Kind::error, id, 0, 0, exchange.error, {}});
+    }
+    if (m_dispatcher.is_this_thread()) {
+        for (Delivery& message : exchange.messages) callbacks.deliver(message);
+        return;
+    }
+    for (Delivery& message : exchange.messages) m_dispatcher.push(std::move(message));
+    if (exchange.failed && !exchange.lost) m_dispatcher.wait_for_queued(m_options.error_callback);
+}
+
+bool CZendrixCOM::Client::report(const Exchange& exchange) const {
+    if (!exchange.failed) return true;
+    if (throws.load(std::memory_order_relaxed)) throw CZendrixError(exchange.error);
+    return false;
+}

@@ -1,0 +1,66 @@
+// Sorts the server's lines: answers to those who wait for them, everything else to the callbacks.
+//
+// Used by one thread at a time, the one whose turn it is to read. What is for the callbacks is collected and
+// queued at once per batch of lines.
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dispatcher.h"
+#include "linesplitter.h"
+#include "replystore.h"
+#include "requesttable.h"
+#include "scantrack.h"
+#include "serverline.h"
+
+namespace serverdll {
+
+class LineRouter {
+public:
+    LineRouter(RequestTable& requests, Dispatcher& dispatcher, ReplyStore& replies)
+        : m_requests(requests), m_dispatcher(dispatcher), m_replies(replies) {}
+
+    // Takes all whole lines; gives the cause if the connection can't go on, else an empty text.
+    std::string route(wire::LineSplitter& splitter);
+    // Tells the callbacks that the connection is gone.
+    void lose(const std::vector<long>& cut_scans);
+
+    // Did the last batch hold nothing but answers to those who wait?
+    bool only_answers() const noexcept { return m_onlyAnswers; }
+
+    // The request whose `watch` lines are told; 0 for none.
+    void watch(long id) noexcept { m_watch.store(id, std::memory_order_relaxed); }
+    long watched() const noexcept { return m_watch.load(std::memory_order_relaxed); }
+
+private:
+    std::string route_batch(wire::LineSplitter& splitter);
+    bool route_line(std::string_view line);
+    bool route_message(Delivery::Kind kind, long id, std::string_view body);
+    void route_watch(long id, std::string_view body);
+    void route_ready(long id);
+    void route_data(long id, std::string_view body);
+    bool route_point(long id, std::string_view body);
+    void take_point(ScanTrack& track, std::string_view body);
+    void forget_track(long id);
+    Delivery& open_rows(Delivery::Kind kind, long id);
+    void add_row(std::size_t count);
+    void fail(long id, std::string_view text);
+    void log_unknown(long id, std::string_view line);
+    void flush();
+
+    RequestTable& m_requests;
+    Dispatcher& m_dispatcher;
+    ReplyStore& m_replies;
+    std::atomic<long> m_watch = 0;
+    std::vector<Delivery> m_batch;
+    std::vector<std::vector<double>> m_spares;
+    std::vector<ScanTrack> m_tracks;
+    std::size_t m_track = 0;  // the one that had the last point
+    std::size_t m_strangeLines = 0;
+    bool m_onlyAnswers = false;
+};
+
+}  // namespace serverdll
