@@ -1,0 +1,34 @@
+#include "os/directories.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "temporary_directory.h"
+
+namespace {
+
+TEST(DirectoriesTest, TheStateDirectoryFollowsTheEnvironment) {
+    setenv("HOME", "/home/somebody", 1);
+    setenv("XDG_STATE_HOME", "/state", 1);
+    EXPECT_EQ("/state/m2zendrix", os::user_state_directory());
+    setenv("XDG_STATE_HOME", "not/absolute", 1);
+    EXPECT_EQ("/home/somebody/.local/state/m2zendrix", os::user_state_directory());
+    unsetenv("XDG_STATE_HOME");
+    EXPECT_EQ("/home/somebody/.local/state/m2zendrix", os::user_state_directory());
+    unsetenv("HOME");
+    EXPECT_EQ("", os::user_state_directory());
+}
+
+TEST(DirectoriesTest, MakesAllThatIsMissing) {
+    const TemporaryDirectory directory;
+    EXPECT_TRUE(os::make_directories(directory.path() + "\\a/b\\c"));
+    EXPECT_TRUE(std::filesystem::is_directory(directory.path("a/b/c")));
+    EXPECT_TRUE(os::make_directories(directory.path("a/b/c/")));
+    directory.file("plain", "x");
+    EXPECT_FALSE(os::make_directories(directory.path("plain")));
+    EXPECT_FALSE(os::make_directories(directory.path("plain/below")));
+}
+
+}  // namespace

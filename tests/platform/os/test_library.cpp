@@ -1,0 +1,9 @@
+#if defined(_WIN32)
+#define TEST_API __declspec(dllexport)
+#else
+#define TEST_API __attribute__((visibility("default")))
+#endif
+
+extern "C" TEST_API int test_library_answer(int question);
+
+int test_library_answer(int question) { return question + 1; }
