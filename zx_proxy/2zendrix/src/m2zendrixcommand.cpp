@@ -1,12 +1,12 @@
 #include "m2zendrixcommand.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 #include "errtrace.h"
 #include "m2zendrixmachabstract.h"
 #include "messagecatalogue.h"
+#include "messagetext.h"
 #include "moutputchannel.h"
 #include "stl_utilities.h"
 
@@ -179,13 +179,4 @@ void M2ZendrixCommand::async_msg_callback(void* user, const char* text) {
     command->m_events.emplace_back(text);
 }
 
-std::string M2ZendrixCommand::strip_message(const std::string& text) {
-    static constexpr std::array<std::string_view, 4> keywords = {"error ", "warning ", "event ", "data "};
-    std::string_view rest = text;
-    if (rest.ends_with('"')) rest.remove_suffix(1);
-    const auto keyword = std::find_if(keywords.begin(), keywords.end(),
-                                      [&](std::string_view word) { return rest.starts_with(word); });
-    if (keyword != keywords.end()) rest.remove_prefix(keyword->size());
-    if (rest.starts_with('"')) rest.remove_prefix(1);
-    return std::string(rest);
-}
+std::string M2ZendrixCommand::strip_message(const std::string& text) { return bare_message(text); }

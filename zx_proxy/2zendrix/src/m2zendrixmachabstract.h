@@ -89,6 +89,34 @@ public:
                                                   const std::vector<AxisTargetMap>& points) override;
     MMachScanpolyCommand* NewMMachScanpolyCommand(MOutputChannel* channel,
                                                   const std::vector<AxisTargetMap>& points) override;
+    MMachKeypadDisableCommand* NewMMachKeypadDisableCommand(MOutputChannel* channel,
+                                                            const AxisSet& axes) override;
+    MMachKeypadEnableCommand* NewMMachKeypadEnableCommand(MOutputChannel* channel,
+                                                          const AxisSet& axes) override;
+    MMachSpinDisableCommand* NewMMachSpinDisableCommand(MOutputChannel* channel,
+                                                        const AxisSet& axes) override;
+    MMachSpinEnableCommand* NewMMachSpinEnableCommand(MOutputChannel* channel,
+                                                      const std::map<std::string, bool>& axes) override;
+    MMachProbesystemLoadCommand* NewMMachProbesystemLoadCommand(MOutputChannel* channel,
+                                                                const std::string& name, long id) override;
+    MMachProbesystemUnloadCommand* NewMMachProbesystemUnloadCommand(MOutputChannel* channel) override;
+    MMachProbesystemDefineCommand* NewMMachProbesystemDefineCommand(
+        MOutputChannel* channel, const MMachProbesystemDefinition& definition) override;
+    MMachProbesystemDeleteCommand* NewMMachProbesystemDeleteCommand(MOutputChannel* channel,
+                                                                    const std::string& name,
+                                                                    long id) override;
+    MMachProbeLoadCommand* NewMMachProbeLoadCommand(MOutputChannel* channel, long probe, long tip) override;
+    MMachProbeDeleteCommand* NewMMachProbeDeleteCommand(MOutputChannel* channel, long probe,
+                                                        long tip) override;
+    MMachProbeDefineCommand* NewMMachProbeDefineCommand(MOutputChannel* channel, long probe, long tip,
+                                                        const std::map<std::string, double>& values) override;
+    MMachProbeUnloadCommand* NewMMachProbeUnloadCommand(MOutputChannel* channel) override;
+    MMachProbeChangeCommand* NewMMachProbeChangeCommand(MOutputChannel* channel, long probe,
+                                                        long tip) override;
+    MMachProbeOffsetCommand* NewMMachProbeOffsetCommand(MOutputChannel* channel,
+                                                        const AxisTargetMap& offsets) override;
+    MMachWobbleCommand* NewMMachWobbleCommand(MOutputChannel* channel,
+                                              const MMachWobbleParameters& parameters) override;
 
     // These serve the commands.
     // The live client or null. Load it once per function: it goes away when a loss was expected.

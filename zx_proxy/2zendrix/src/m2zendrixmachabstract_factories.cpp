@@ -1,6 +1,8 @@
 // The factories of the driver: without a client none, else a new command, which has sent its request.
 #include "m2zendrixgetcommand.h"
 #include "m2zendrixinitcommand.h"
+#include "m2zendrixkeypaddisablecommand.h"
+#include "m2zendrixkeypadenablecommand.h"
 #include "m2zendrixmachabstract.h"
 #include "m2zendrixmodulocommand.h"
 #include "m2zendrixmovebasecommand.h"
@@ -10,6 +12,16 @@
 #include "m2zendrixmovehomecommand.h"
 #include "m2zendrixmovepolycommand.h"
 #include "m2zendrixmovezerocommand.h"
+#include "m2zendrixprobechangecommand.h"
+#include "m2zendrixprobedefinecommand.h"
+#include "m2zendrixprobedeletecommand.h"
+#include "m2zendrixprobeloadcommand.h"
+#include "m2zendrixprobeoffsetcommand.h"
+#include "m2zendrixprobesystemdefinecommand.h"
+#include "m2zendrixprobesystemdeletecommand.h"
+#include "m2zendrixprobesystemloadcommand.h"
+#include "m2zendrixprobesystemunloadcommand.h"
+#include "m2zendrixprobeunloadcommand.h"
 #include "m2zendrixresetcommand.h"
 #include "m2zendrixscanbasecommand.h"
 #include "m2zendrixscancirclecommand.h"
@@ -19,6 +31,9 @@
 #include "m2zendrixscanpointcommand.h"
 #include "m2zendrixscanpolycommand.h"
 #include "m2zendrixsetcommand.h"
+#include "m2zendrixspindisablecommand.h"
+#include "m2zendrixspinenablecommand.h"
+#include "m2zendrixwobblecommand.h"
 
 namespace {
 
@@ -102,4 +117,64 @@ MMachScanpointCommand* M2ZendrixMachAbstract::NewMMachScanpointCommand(MOutputCh
 MMachScanpolyCommand* M2ZendrixMachAbstract::NewMMachScanpolyCommand(
     MOutputChannel* channel, const std::vector<AxisTargetMap>& points) {
     return new_command<M2ZendrixScanpolyCommand>(this, channel, points);
+}
+MMachKeypadDisableCommand* M2ZendrixMachAbstract::NewMMachKeypadDisableCommand(MOutputChannel* channel,
+                                                                               const AxisSet& axes) {
+    return new_command<M2ZendrixKeypadDisableCommand>(this, channel, axes);
+}
+MMachKeypadEnableCommand* M2ZendrixMachAbstract::NewMMachKeypadEnableCommand(MOutputChannel* channel,
+                                                                             const AxisSet& axes) {
+    return new_command<M2ZendrixKeypadEnableCommand>(this, channel, axes);
+}
+MMachSpinDisableCommand* M2ZendrixMachAbstract::NewMMachSpinDisableCommand(MOutputChannel* channel,
+                                                                           const AxisSet& axes) {
+    return new_command<M2ZendrixSpinDisableCommand>(this, channel, axes);
+}
+MMachSpinEnableCommand* M2ZendrixMachAbstract::NewMMachSpinEnableCommand(
+    MOutputChannel* channel, const std::map<std::string, bool>& axes) {
+    return new_command<M2ZendrixSpinEnableCommand>(this, channel, axes);
+}
+MMachProbesystemLoadCommand* M2ZendrixMachAbstract::NewMMachProbesystemLoadCommand(MOutputChannel* channel,
+                                                                                   const std::string& name,
+                                                                                   long id) {
+    return new_command<M2ZendrixProbesystemLoadCommand>(this, channel, name, id);
+}
+MMachProbesystemUnloadCommand* M2ZendrixMachAbstract::NewMMachProbesystemUnloadCommand(
+    MOutputChannel* channel) {
+    return new_command<M2ZendrixProbesystemUnloadCommand>(this, channel);
+}
+MMachProbesystemDefineCommand* M2ZendrixMachAbstract::NewMMachProbesystemDefineCommand(
+    MOutputChannel* channel, const MMachProbesystemDefinition& definition) {
+    return new_command<M2ZendrixProbesystemDefineCommand>(this, channel, definition);
+}
+MMachProbesystemDeleteCommand* M2ZendrixMachAbstract::NewMMachProbesystemDeleteCommand(
+    MOutputChannel* channel, const std::string& name, long id) {
+    return new_command<M2ZendrixProbesystemDeleteCommand>(this, channel, name, id);
+}
+MMachProbeLoadCommand* M2ZendrixMachAbstract::NewMMachProbeLoadCommand(MOutputChannel* channel, long probe,
+                                                                       long tip) {
+    return new_command<M2ZendrixProbeLoadCommand>(this, channel, probe, tip);
+}
+MMachProbeDeleteCommand* M2ZendrixMachAbstract::NewMMachProbeDeleteCommand(MOutputChannel* channel,
+                                                                           long probe, long tip) {
+    return new_command<M2ZendrixProbeDeleteCommand>(this, channel, probe, tip);
+}
+MMachProbeDefineCommand* M2ZendrixMachAbstract::NewMMachProbeDefineCommand(
+    MOutputChannel* channel, long probe, long tip, const std::map<std::string, double>& values) {
+    return new_command<M2ZendrixProbeDefineCommand>(this, channel, probe, tip, values);
+}
+MMachProbeUnloadCommand* M2ZendrixMachAbstract::NewMMachProbeUnloadCommand(MOutputChannel* channel) {
+    return new_command<M2ZendrixProbeUnloadCommand>(this, channel);
+}
+MMachProbeChangeCommand* M2ZendrixMachAbstract::NewMMachProbeChangeCommand(MOutputChannel* channel,
+                                                                           long probe, long tip) {
+    return new_command<M2ZendrixProbeChangeCommand>(this, channel, probe, tip);
+}
+MMachProbeOffsetCommand* M2ZendrixMachAbstract::NewMMachProbeOffsetCommand(MOutputChannel* channel,
+                                                                           const AxisTargetMap& offsets) {
+    return new_command<M2ZendrixProbeOffsetCommand>(this, channel, offsets);
+}
+MMachWobbleCommand* M2ZendrixMachAbstract::NewMMachWobbleCommand(MOutputChannel* channel,
+                                                                 const MMachWobbleParameters& parameters) {
+    return new_command<M2ZendrixWobbleCommand>(this, channel, parameters);
 }

@@ -9,6 +9,10 @@ const MMachCircle circle{{1, 2, 3, 4, 5, 6, 7}, targets};
 const MMachCone cone{{1, 2, 3, 4, 5, 6, 7}, targets, {8, 9}};
 const std::vector<AxisTargetMap> points{{{"x", {1, false}}, {"z", {2, true}}}, {{"x", {3, false}}}};
 const AxisSet axes{"x", "c"};
+const std::map<std::string, bool> spins{{"a", true}, {"b", false}};
+const std::map<std::string, double> tip_values{{"x", 1}, {"y", 2}, {"z", 3}, {"d", 4}, {"e", 5}};
+const MMachProbesystemDefinition definition{"touch", 7, {1, 2, 3, 4, 5, 6}};
+const std::string get_log = "m_pZendrixCom->Get() failed: '%s'";
 const std::string internal_error = "error \"internal error\"";
 
 #define CREATE(face, ...)                                                        \
@@ -59,9 +63,25 @@ CommandRow thrown(CommandRow row, CommandRow::Thrown way) {
     row.thrown = way;
     return row;
 }
+CommandRow line_once(CommandRow row, const std::string& line) {
+    row.false_text = line;
+    return row;
+}
 CommandRow logged_as(CommandRow row, const std::string& log) {
     row.thrown_log = log;
     return row;
+}
+
+// Probe commands: thrown texts without keyword and quotes, no end of line in the log.
+CommandRow probe(CommandRow row) {
+    row.thrown_log.pop_back();
+    return thrown(row, CommandRow::bare_once);
+}
+CommandRow spin(const std::string& which, CommandRow row) {
+    const std::string name = "M2ZendrixSpin" + which + "Command";
+    row = without_abort(without_machine(without_id(thrown(row, CommandRow::always))));
+    row = logged_as(row, name + "::" + name + "(): Spin" + which + "() failed: '%s'\n");
+    return on_false_text(row, "Spin" + which + " failed");
 }
 
 }  // namespace
@@ -123,6 +143,56 @@ const std::vector<CommandRow>& command_table() {
             "M2ZendrixScanpointCommand(): Scanpoint() failed"),
         scanning(common("Scanpoly", "scanpoly", CREATE(Scanpoly, points),
                         "ScanPoly(2, 5, x=1 flag -1, z=2 flag 0, =0 flag 0, x=3 flag -1, =0 flag 0)")),
+
+        probe(common("ProbeChange", "probe change", CREATE(ProbeChange, 2, 3), "ProbeChange(2, 3)")),
+        probe(without_machine(
+            without_id(common("ProbeDefine", "probe define", CREATE(ProbeDefine, 2, 3, tip_values),
+                              "ProbeDefine(2, 3, 1, 2, 3, 4)")))),
+        probe(without_machine(without_id(
+            common("ProbeDelete", "probe delete", CREATE(ProbeDelete, 2, 3), "ProbeDelete(2, 3)")))),
+        probe(common("ProbeLoad", "probe load", CREATE(ProbeLoad, 2, 3), "ProbeLoad(2, 3)")),
+        probe(without_machine(common("ProbeOffset", "probe offset", CREATE(ProbeOffset, targets.m_targets),
+                                     "ProbeOffset(2, c=-2.5 flag 0, x=1.5 flag -1)"))),
+        probe(common("ProbeUnload", "probe unload", CREATE(ProbeUnload), "ProbeUnload()")),
+        line_once(
+            logged_as(probe(without_machine(without_id(common(
+                          "ProbesystemDefine", "probesystem define", CREATE(ProbesystemDefine, definition),
+                          "ProbesystemDefine(\"touch\", 7, 1, 2, 3, 4, 5, 6)")))),
+                      get_log),
+            "error \"probesystem already defined\""),
+        line_once(logged_as(probe(without_machine(without_id(common("ProbesystemDelete", "probesystem delete",
+                                                                    CREATE(ProbesystemDelete, "touch", 7),
+                                                                    "ProbesystemDelete(\"touch\", 7)")))),
+                            get_log),
+                  "error \"undefined probesystem\""),
+        line_once(logged_as(probe(without_machine(common("ProbesystemLoad", "probesystem load",
+                                                         CREATE(ProbesystemLoad, "touch", 7),
+                                                         "ProbesystemLoad(\"touch\", 7)"))),
+                            get_log),
+                  "error \"undefined probesystem\""),
+        line_once(logged_as(probe(without_machine(common("ProbesystemUnload", "probesystem unload",
+                                                         CREATE(ProbesystemUnload),
+                                                         "Execute(\"probesystem unload\", tid)"))),
+                            get_log),
+                  "error \"probesystem not loaded\""),
+
+        on_false_text(thrown(common("KeypadEnable", "keypad enable", CREATE(KeypadEnable, axes),
+                                    "KeyPad(1, {\"c\", \"x\"})"),
+                             CommandRow::always),
+                      "M2ZendrixKeypadEnableCommand(): unknown channel"),
+        on_false_text(thrown(common("KeypadDisable", "keypad disable", CREATE(KeypadDisable, axes),
+                                    "KeyPad(0, {\"c\", \"x\"})"),
+                             CommandRow::always),
+                      "M2ZendrixKeypadDisableCommand(): unknown channel"),
+        spin("Enable",
+             common("SpinEnable", "spin enable", CREATE(SpinEnable, spins), "SpinEnable({\"a\", \"-b\"})")),
+        spin("Disable",
+             common("SpinDisable", "spin disable", CREATE(SpinDisable, axes), "SpinDisable({\"c\", \"x\"})")),
+        logged_as(
+            probe(without_machine(without_id(common(
+                "Wobble", "wobble", CREATE(Wobble, MMachWobbleParameters{{1, -2.5, 0, 1e-7, 1234567, 6}}),
+                "SetWobble(1, -2.5, 0, 1e-07, 1234567, 6)")))),
+            "m_pZendrixCom->SetWobble(1,-2.5,0,1e-07,1.23457e+06,6, failed: '%s'"),
     };
     return rows;
 }
