@@ -72,6 +72,7 @@ double Machine::goal_of(std::size_t axis, const wire::Target& target, double fro
 Machine::Positions Machine::reach(Positions from, std::span<const wire::Target> targets, Use use) const {
     std::vector<bool> seen(m_axes.size());
     for (const wire::Target& target : targets) {
+        if (target.form == wire::TargetForm::end_of_point) throw Refused{Error::syntax_invalid};
         const std::size_t axis = index(target.name);
         const bool is_usable = m_axes[axis].is_driven() && (use == Use::moving || m_axes[axis].is.can_scan);
         if (!is_usable || seen[axis]) throw Refused{Error::invalid_axis};
