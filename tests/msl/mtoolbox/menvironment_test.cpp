@@ -7,8 +7,8 @@
 #include "reports.h"
 
 // The sanitizers' allocators shall return null for a size too large, as others do, and not end the program.
-extern "C" const char* __asan_default_options();
-extern "C" const char* __tsan_default_options();
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options();
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options();
 const char* __asan_default_options() { return "allocator_may_return_null=1"; }
 const char* __tsan_default_options() { return "allocator_may_return_null=1"; }
 
