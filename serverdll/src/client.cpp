@@ -112,13 +112,8 @@ bool CZendrixCOM::Client::transaction(wire::RequestWriter& request, long* tid, R
 }
 
 bool CZendrixCOM::Client::watch(wire::RequestWriter& request, bool on) {
-    const long before = m_connection != nullptr ? m_connection->watched() : 0;
-    const long id = static_cast<long>(request.id());
-    if (m_connection != nullptr) m_connection->watch(on ? id : 0);
-    Exchange exchange;
-    run(request, exchange);
-    if (exchange.failed && m_connection != nullptr) m_connection->watch(before);
-    return report(exchange);
+    if (m_connection != nullptr) m_connection->ask_watch(static_cast<long>(request.id()), on);
+    return query(request);
 }
 
 bool CZendrixCOM::Client::refuse(const char* text) {

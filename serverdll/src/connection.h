@@ -31,8 +31,7 @@ public:
     void perform(wire::RequestWriter& request, Exchange& exchange);
 
     // As of LineRouter.
-    void watch(long id) noexcept { m_router.watch(id); }
-    long watched() const noexcept { return m_router.watched(); }
+    void ask_watch(long id, bool on) noexcept { m_router.ask_watch(id, on); }
 
 private:
     void send(std::string_view line);

@@ -100,7 +100,13 @@ void LineRouter::route_ready(long id) {
     } else if (ended.kind == RequestKind::receive) {
         m_replies.drop(id);
     }
+    if (id == m_watchAsked.load(std::memory_order_acquire)) agree_watch(ended.failed);
     if (!ended.known) log_unknown(id, "ready");
+}
+
+void LineRouter::agree_watch(bool failed) {
+    const long asked = m_watchAsked.exchange(0, std::memory_order_acquire);
+    if (!failed) m_watch = m_watchOn.load(std::memory_order_relaxed) ? asked : 0;
 }
 
 bool LineRouter::route_point(long id, std::string_view body) {
@@ -125,7 +131,7 @@ void LineRouter::take_point(ScanTrack& track, std::string_view body) {
 }
 
 void LineRouter::route_watch(long id, std::string_view body) {
-    if (id != m_watch.load(std::memory_order_relaxed)) return;
+    if (id != m_watch) return;
     std::vector<double>& values = open_rows(Delivery::Kind::watch, id).values;
     const std::size_t before = values.size();
     if (!wire::scan_numbers(body, values)) {

@@ -31,9 +31,12 @@ public:
     // Did the last batch hold nothing but answers to those who wait?
     bool only_answers() const noexcept { return m_onlyAnswers; }
 
-    // The request whose `watch` lines are told; 0 for none.
-    void watch(long id) noexcept { m_watch.store(id, std::memory_order_relaxed); }
-    long watched() const noexcept { return m_watch.load(std::memory_order_relaxed); }
+    // The request `id`, about to leave, asks for `watch` lines, or with `on` false for their end. What was
+    // watched before goes on until the server agrees.
+    void ask_watch(long id, bool on) noexcept {
+        m_watchOn.store(on, std::memory_order_relaxed);
+        m_watchAsked.store(id, std::memory_order_release);
+    }
 
 private:
     std::string route_batch(wire::LineSplitter& splitter);
@@ -41,6 +44,7 @@ private:
     bool route_message(Delivery::Kind kind, long id, std::string_view body);
     void route_watch(long id, std::string_view body);
     void route_ready(long id);
+    void agree_watch(bool failed);
     void route_data(long id, std::string_view body);
     bool route_point(long id, std::string_view body);
     void take_point(ScanTrack& track, std::string_view body);
@@ -54,7 +58,9 @@ private:
     RequestTable& m_requests;
     Dispatcher& m_dispatcher;
     ReplyStore& m_replies;
-    std::atomic<long> m_watch = 0;
+    std::atomic<long> m_watchAsked = 0;
+    std::atomic<bool> m_watchOn = false;
+    long m_watch = 0;  // the request whose lines are told
     std::vector<Delivery> m_batch;
     std::vector<std::vector<double>> m_spares;
     std::vector<ScanTrack> m_tracks;

@@ -106,11 +106,11 @@ RequestTable::Ended RequestTable::ready(long id) {
     const os::LockGuard guard(m_lock);
     Entry* const entry = find(id);
     if (entry == nullptr) return {};
-    Ended ended{entry->kind, true, false};
     Exchange* const exchange = entry->exchange;
+    Ended ended{entry->kind, true, exchange == nullptr || exchange->failed, false};
     const bool starts = entry->kind != RequestKind::query && entry->kind != RequestKind::heartbeat;
     // An end without acceptance or error is an acceptance and an end.
-    const bool refused = !entry->accepted && exchange != nullptr && exchange->failed;
+    const bool refused = !entry->accepted && ended.failed;
     ended.completes = starts && !entry->abandoned && !refused;
     if (exchange != nullptr) {
         if (!refused) exchange->accepted.store(true, std::memory_order_relaxed);

@@ -36,6 +36,7 @@ public:
     struct Ended {
         RequestKind kind = RequestKind::heartbeat;
         bool known = false;
+        bool failed = false;
         bool completes = false;  // the complete callback is to be told
     };
     Ended ready(long id);

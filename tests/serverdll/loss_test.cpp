@@ -1,0 +1,215 @@
+// Losing the server, at any moment and in any way: every wait ends, the host is told once.
+#include <atomic>
+#include <filesystem>
+#include <future>
+
+#include "clientfixture.h"
+
+namespace {
+
+using test::Peer;
+using test::Request;
+using test::Signal;
+using Texts = std::vector<std::string>;
+using std::chrono::milliseconds;
+
+class Loss : public test::ClientFixture, public testing::WithParamInterface<test::Transport> {
+protected:
+    std::unique_ptr<test::Server> serve_script(test::Script script) override {
+        return GetParam().serve(std::move(script));
+    }
+
+    void SetUp() override {
+        ClientFixture::SetUp();
+        options().heartbeat = milliseconds(300);
+    }
+};
+
+struct Way {
+    std::string name;
+    std::string cause;
+    std::function<void(Peer&)> lose;
+};
+
+std::vector<Way> ways() {
+    return {
+        {"closed", "closed by the server", [](Peer& peer) { peer.close(); }},
+        {"reset", "reset by the server", [](Peer& peer) { peer.reset(); }},
+        {"half a line", "closed by the server",
+         [](Peer& peer) {
+             peer.send("0000\tevent \"hal");
+             peer.close();
+         }},
+        {"silent", "the server is silent",
+         [](Peer& peer) {
+             peer.answers_ping = false;
+             peer.wait_for_close();
+         }},
+        {"garbage", "the server sent something that is no line of the protocol: \"\\x00\\xffgarbage\"",
+         [](Peer& peer) {
+             peer.send(std::string_view("\0\xffgarbage\r\n", 11));
+             peer.wait_for_close();
+         }},
+        {"a line without an id", "the server sent something that is no line of the protocol: \"data 1\"",
+         [](Peer& peer) {
+             peer.line("data 1");
+             peer.wait_for_close();
+         }},
+        {"an error without a text",
+         "the server sent something that is no line of the protocol: \"0001\\x09error 16\"",
+         [](Peer& peer) {
+             peer.line("0001\terror 16");
+             peer.wait_for_close();
+         }},
+        {"an over-long line", "the server sent an over-long line: \"" + std::string(40, 'x') + "...\"",
+         [](Peer& peer) {
+             const std::string piece(65536, 'x');
+             for (int i = 0; i < 17; ++i) peer.send(piece);
+             peer.wait_for_close();
+         }},
+    };
+}
+
+// The same loss for each state in which it can meet a client.
+TEST_P(Loss, EndsEveryWaitAndIsToldOnce) {
+    for (const Way& way : ways()) {
+        SCOPED_TRACE(way.name);
+        recording::reset();
+        test::Record told;
+        std::string text = "machine connection lost: " + way.cause;
+        play([&way](Peer& peer) {
+            peer.hello();
+            peer.expect("init", {"accepted"});
+            peer.line("0000\tevent \"whole\"");
+            for (int i = 0; i < 2; ++i) peer.next();
+            way.lose(peer);
+        });
+        told.install(*client);
+        client->ThrowExceptions(true);
+        long running = 0;
+        EXPECT_TRUE(client->Init(&running));
+        const auto start = std::chrono::steady_clock::now();
+        auto query = std::async(std::launch::async, [&] {
+            double value = 0.0;
+            return test::thrown([&] { client->Get("x", &value); });
+        });
+        long tid = 9;
+        EXPECT_EQ(test::thrown([&] { client->Init(&tid); }), text);
+        EXPECT_EQ(tid, 0);
+        EXPECT_EQ(query.get(), text);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(5000));
+        EXPECT_FALSE(client->HasConnection());
+        ASSERT_TRUE(told.wait_for(2));
+        EXPECT_EQ(told.all(), (Texts{"event whole", "complete 0"}));
+        EXPECT_EQ(test::thrown([&] { client->Master(); }), text);
+        EXPECT_EQ(test::thrown([&] { client->Execute("", *std::make_unique<Texts>(), nullptr); }),
+                  "invalid argument");
+        EXPECT_EQ(told.all().size(), 2U);
+        EXPECT_EQ(recording::error_log(), Texts{"CZendrixCOM: " + text});
+        client.reset();
+        server->finish();
+        server.reset();
+        EXPECT_EQ(told.all().size(), 2U);
+    }
+}
+
+TEST_P(Loss, IsNoticedWhenNobodyAsks) {
+    for (const Way& way : ways()) {
+        SCOPED_TRACE(way.name);
+        test::Record told;
+        Signal ready;
+        play([&](Peer& peer) {
+            peer.hello();
+            ready.wait();
+            way.lose(peer);
+        });
+        told.install(*client);
+        ready.set();
+        ASSERT_TRUE(told.wait_for(1));
+        EXPECT_EQ(told.all(), Texts{"complete 0"});
+        EXPECT_FALSE(client->HasConnection());
+        client.reset();
+        server->finish();
+        server.reset();
+    }
+}
+
+TEST_P(Loss, AServerThatAnswersItsHeartbeatsIsAlive) {
+    options().heartbeat = milliseconds(100);
+    Signal enough;
+    play([&enough](Peer& peer) {
+        peer.hello();
+        peer.tells_ping = true;
+        for (int i = 0; i < 5; ++i) peer.expect("ping", {"ready"});
+        peer.tells_ping = false;
+        enough.set();
+        peer.wait_for_close();
+    });
+    ASSERT_TRUE(enough.wait());
+    EXPECT_TRUE(client->HasConnection());
+    EXPECT_EQ(record.all(), Texts());
+}
+
+TEST_P(Loss, ACallerWhoWaitsForLongKeepsTheHeartbeat) {
+    options().heartbeat = milliseconds(100);
+    play([](Peer& peer) {
+        peer.hello();
+        const Request request = peer.expect("init", {"accepted"});
+        peer.tells_ping = true;
+        for (int i = 0; i < 5; ++i) peer.expect("ping", {"ready"});
+        peer.tells_ping = false;
+        peer.answer(request, {"ready"});
+        peer.wait_for_close();
+    });
+    client->SetSync3(ZX_SYNC);
+    long tid = 0;
+    EXPECT_TRUE(client->Init(&tid));
+}
+
+TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
+    options().write = milliseconds(200);
+    options().heartbeat = milliseconds(60000);
+    Signal done;
+    play([&done](Peer& peer) {
+        peer.hello();
+        done.wait();
+        peer.close();
+    });
+    client->ThrowExceptions(true);
+    const std::string block(1000000, 'x');
+    std::vector<std::future<std::string>> calls;
+    for (int i = 0; i < 20; ++i) {
+        calls.push_back(
+            std::async(std::launch::async, [&] { return test::thrown([&] { client->Send("b", block); }); }));
+    }
+    for (auto& call : calls) EXPECT_EQ(call.get(), "machine connection lost: the server takes no requests");
+    done.set();
+    ASSERT_TRUE(record.wait_for(1));
+    EXPECT_EQ(record.all(), Texts{"complete 0"});
+}
+
+std::size_t threads_of_this_process() {
+    namespace fs = std::filesystem;
+    return static_cast<std::size_t>(
+        std::distance(fs::directory_iterator("/proc/self/task"), fs::directory_iterator()));
+}
+
+TEST_P(Loss, NoThreadIsLeftBehind) {
+    const std::size_t before = threads_of_this_process();
+    for (const Way& way : ways()) {
+        play([&way](Peer& peer) {
+            peer.hello();
+            way.lose(peer);
+        });
+        if (way.name != "silent") record.wait_for(1);
+        client.reset();
+        server->finish();
+        server.reset();
+        EXPECT_EQ(threads_of_this_process(), before) << way.name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Transports, Loss, testing::Values(test::Transport{"tcp", test::serve_tcp}),
+                         [](const auto& instance) { return instance.param.name; });
+
+}  // namespace
