@@ -18,9 +18,9 @@ std::string written(double value) {
     return text;
 }
 
-void cut_zeros(std::string& text) {
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.back() == '.') text.pop_back();
+const char* without_zeros(const char* end) {
+    while (end[-1] == '0') --end;
+    return end[-1] == '.' ? end - 1 : end;
 }
 
 std::string printed(const char* format, double value) {
@@ -29,37 +29,35 @@ std::string printed(const char* format, double value) {
     return buffer;
 }
 
-// The rule, step by step: what every text must equal.
+// Six digits, each of them the whole part of ten times what is left.
+std::string digit_by_digit(double value) {
+    char buffer[32];
+    double sum = value + (value < 0.0 ? -5e-7 : 5e-7);
+    const char* sign = sum < 0.0 ? "-" : "";
+    sum = std::fabs(sum);
+    double whole = 0.0;
+    double fraction = std::modf(sum, &whole);
+    char* end = buffer + std::snprintf(buffer, sizeof buffer, " %s%u", sign, static_cast<unsigned>(whole));
+    if (fraction == 0.0) return buffer;
+    *end++ = '.';
+    for (int i = 0; i < 6; ++i) {
+        fraction *= 10.0;
+        const int digit = static_cast<int>(fraction);
+        *end++ = static_cast<char>('0' + digit);
+        fraction -= digit;
+    }
+    return std::string(static_cast<const char*>(buffer), without_zeros(end));
+}
+
+// The rule: what every text must equal.
 std::string plain(double value) {
     if (value == 0.0) return " 0";
     if (value >= -2147483648.0 && value <= 2147483647.0 && (value >= 5e-7 || value <= -5e-7)) {
-        double sum = value + (value < 0.0 ? -5e-7 : 5e-7);
-        std::string text = " ";
-        if (sum < 0.0) {
-            text += '-';
-            sum = -sum;
-        }
-        double whole = 0.0;
-        double fraction = std::modf(sum, &whole);
-        text += std::to_string(static_cast<std::uint32_t>(whole));
-        if (fraction != 0.0) {
-            text += '.';
-            for (int i = 0; i < 6; ++i) {
-                fraction *= 10.0;
-                const int digit = static_cast<int>(fraction);
-                text += static_cast<char>('0' + digit);
-                fraction -= digit;
-            }
-            cut_zeros(text);
-        }
-        return text;
+        return digit_by_digit(value);
     }
-    if (std::fabs(value) < 1e11) {
-        std::string text = printed(" %.6f", value);
-        cut_zeros(text);
-        return text;
-    }
-    return printed(" %.17g", value);
+    if (std::fabs(value) >= 1e11) return printed(" %.17g", value);
+    const std::string text = printed(" %.6f", value);
+    return std::string(text.data(), without_zeros(text.data() + text.size()));
 }
 
 TEST(AppendNumber, WritesAtMostSixDecimalsAndNoZerosBehind) {
@@ -169,7 +167,7 @@ private:
 // ZX_NUMBER_VALUES=1000000000 takes some minutes.
 TEST(AppendNumber, MillionsOfValuesAgreeWithTheRule) {
     const char* const wanted = std::getenv("ZX_NUMBER_VALUES");
-    const long long count = wanted ? std::atoll(wanted) : 4'000'000;
+    const long long count = wanted ? std::atoll(wanted) : 3'000'000;
     Values values;
     std::string text;
     for (long long i = 0; i < count; ++i) {
