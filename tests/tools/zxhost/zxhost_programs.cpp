@@ -1,0 +1,68 @@
+#include "zxhost_programs.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace zxhost_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string text_of(const std::string& file) {
+    std::ifstream in(file);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::string round_machine(bool initialized) {
+    std::string text = text_of(ZX_ROUND_MACHINE);
+    const std::size_t at = text.find("initialized=0");
+    if (at == std::string::npos) throw std::runtime_error("the machine's file has no initialized=0");
+    if (initialized) text[at + std::string("initialized=").size()] = '1';
+    return text;
+}
+
+}  // namespace
+
+Directory::Directory() {
+    std::string name = (fs::temp_directory_path() / "zxhost-test-XXXXXX").string();
+    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary directory");
+    m_path = name;
+}
+
+Directory::~Directory() {
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+}
+
+Simulator::Simulator(const Words& more, bool initialized) {
+    std::ofstream(machine_file()) << round_machine(initialized);
+    Words words{"--port", "0", "--machine", machine_file()};
+    words.insert(words.end(), more.begin(), more.end());
+    m_process = std::make_unique<Process>(ZX_SIMULATOR_PROGRAM, words);
+    if (!m_process->wait_for("\n")) throw std::runtime_error("no simulated machine: " + m_process->err());
+    const std::string& line = m_process->out();
+    m_port = line.substr(line.rfind(':') + 1, line.find('\n') - line.rfind(':') - 1);
+}
+
+std::unique_ptr<Process> Host::start(const Words& words) const {
+    return std::make_unique<Process>(
+        ZX_HOST_PROGRAM, words,
+        Process::Environment{{"ZENDRIX_ERRORLOG", (directory / "error.log").string()},
+                             {"ZENDRIX_TRACE", (directory / "trace.log").string()},
+                             {"TMPDIR", directory.path()}});
+}
+
+std::unique_ptr<Process> Host::start(const Simulator& simulator, const Words& words) const {
+    Words all = connection(simulator);
+    all.insert(all.end(), words.begin(), words.end());
+    return start(all);
+}
+
+}  // namespace zxhost_test

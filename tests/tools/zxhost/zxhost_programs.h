@@ -1,0 +1,61 @@
+// The real programs for black-box tests: a simulated machine, and zxhost speaking to it.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "process.h"
+
+namespace zxhost_test {
+
+using test_support::Process;
+using test_support::ProcessResult;
+using Words = std::vector<std::string>;
+
+// A directory that goes when the object goes.
+class Directory {
+public:
+    Directory();
+    ~Directory();
+    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+    std::string path() const { return m_path.string(); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+// One simulated machine on a port of its own. Starts with the reference marks found unless told otherwise.
+class Simulator {
+public:
+    explicit Simulator(const Words& more = {"--speed", "max"}, bool initialized = true);
+
+    const std::string& port() const { return m_port; }
+    std::string machine_file() const { return (m_directory / "machine.ini").string(); }
+    Process& process() { return *m_process; }
+
+private:
+    Directory m_directory;
+    std::unique_ptr<Process> m_process;
+    std::string m_port;
+};
+
+// zxhost with these words, and logs of its own.
+class Host {
+public:
+    Words connection(const Simulator& simulator) const {
+        return {"--host", "127.0.0.1", "--port", simulator.port()};
+    }
+
+    std::unique_ptr<Process> start(const Words& words) const;
+    std::unique_ptr<Process> start(const Simulator& simulator, const Words& words) const;
+    ProcessResult run(const Words& words) const { return start(words)->wait(); }
+    ProcessResult run(const Simulator& simulator, const Words& words) const {
+        return start(simulator, words)->wait();
+    }
+
+    Directory directory;
+};
+
+}  // namespace zxhost_test

@@ -1,0 +1,100 @@
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <map>
+
+#include "number_text.h"
+#include "verb_host.h"
+#include "verbs.h"
+
+namespace zxhost {
+namespace {
+
+void add_settings(CLI::App& app, Settings& settings) {
+    CLI::Option* const host =
+        app.add_option("--host", settings.host, "name or address of the machine (default: the driver's own)");
+    app.add_option("--port", settings.port, "its port")
+        ->check(CLI::Range(1, 65535))
+        ->capture_default_str()
+        ->needs(host);
+    CLI::Option* const config =
+        app.add_option("--config", settings.config, "configuration directory, in place of --host and --port")
+            ->check(CLI::ExistingDirectory)
+            ->excludes(host);
+    app.add_option("--name", settings.name, "configuration name")->capture_default_str()->needs(config);
+    app.add_option("--plugin", settings.plugin, "file of the plug-in (default: the one beside this program)");
+    app.add_option("--trace", settings.trace, "trace level of the driver, 0 to 5")->check(CLI::Range(0, 5));
+    const std::map<std::string, Format> formats{{"table", Format::AsTable}, {"json", Format::AsJson}};
+    app.add_option("--format", settings.format, "table or json")
+        ->transform(CLI::CheckedTransformer(formats).description(""))
+        ->option_text("table|json");
+    app.add_flag("--progress", settings.progress, "show progress also where no terminal is");
+    app.add_flag("--lines", settings.lines, "show each line of the machine on standard error");
+}
+
+void add_verbs(CLI::App& app, Program& program) {
+    for (const auto add : {add_info, add_axes, add_get, add_set, add_init, add_move, add_zero, add_home,
+                           add_circle, add_scan, add_events, add_session})
+        add(app, program);
+    app.require_subcommand(1);
+    app.fallthrough();
+    for (CLI::App* verb : app.get_subcommands({})) {
+        verb->fallthrough();
+        for (CLI::App* part : verb->get_subcommands({})) part->fallthrough();
+    }
+}
+
+void tell(const Streams& streams, const std::string& text, const std::string& way_out) {
+    streams.err << "zxhost: " << text << "\n";
+    if (!way_out.empty()) streams.err << "        " << way_out << "\n";
+    streams.err.flush();
+}
+
+// A request for help, or a mistake in the arguments.
+ExitStatus answer(const CLI::App& app, const CLI::ParseError& error, const Streams& streams) {
+    if (error.get_exit_code() == 0) {
+        app.exit(error, streams.out, streams.err);
+        return ExitStatus::Done;
+    }
+    const auto chosen = app.get_subcommands();
+    tell(streams, error.what(),
+         "see: zxhost " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help");
+    return ExitStatus::WrongUsage;
+}
+
+ExitStatus run_verb(const Program& program, const Streams& streams) {
+    try {
+        program.verb(streams);
+        streams.out.flush();
+        return ExitStatus::Done;
+    } catch (const HostError& error) {
+        streams.out.flush();
+        tell(streams, error.what(), error.way_out);
+        return error.status;
+    } catch (const std::exception& error) {
+        tell(streams, std::string("internal error: ") + error.what(), "");
+        return ExitStatus::MachineError;
+    }
+}
+
+}  // namespace
+
+ExitStatus run_command_line(std::vector<std::string> arguments, const Streams& streams) {
+    Program program;
+    CLI::App app("Drives a measuring machine through its driver plug-in.", "zxhost");
+    add_settings(app, program.settings);
+    add_verbs(app, program);
+    app.footer(
+        "example: zxhost --host 127.0.0.1 --port 7073 move x=12.5 z+=3\n"
+        "exit status: 0 done, 1 error of the machine, 2 wrong usage, 3 no connection");
+    std::reverse(arguments.begin(), arguments.end());  // CLI11 takes them from the back
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::ParseError& error) {
+        return answer(app, error, streams);
+    }
+    return run_verb(program, streams);
+}
+
+}  // namespace zxhost

@@ -1,0 +1,74 @@
+#include "host_loop.h"
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+
+#include "exit_status.h"
+#include "interrupt.h"
+#include "mmachabstract.h"
+#include "notifier.h"
+#include "open_machine.h"
+
+namespace zxhost {
+
+// The slow clock beside the notifier: how late a Ctrl-C or a lost machine may be seen.
+constexpr std::chrono::milliseconds longest_sleep{20};
+
+HostLoop::HostLoop(MMachAbstract& machine, MOutputChannel& channel, HostNotifier& notifier,
+                   LoopListener& listener)
+    : m_machine(machine), m_channel(channel), m_notifier(notifier), m_listener(listener) {}
+
+CommandResult HostLoop::run(const MakeCommand& make, const TakeResults& take) {
+    const InterruptWatch watch;
+    CommandResult result;
+    QuietChannel channel(m_next_id++);
+    std::unique_ptr<MMachCommand> command(make(&channel));
+    while (command) {
+        const bool done = command->IsDone();
+        turn(*command, take);
+        drain(channel, result);
+        if (done) break;
+        if (watch.interrupted() && !result.aborted) {
+            result.aborted = true;
+            m_listener.on_abort();
+            command->Abort();
+        }
+        poll();
+        wait();
+    }
+    result.aborted = result.aborted || watch.interrupted();
+    const bool started = command != nullptr;
+    command.reset();
+    drain(channel, result);
+    poll();
+    if (!started && result.errors.empty())
+        throw HostError(ExitStatus::NoConnection, "there is no machine to command", "connect again");
+    return result;
+}
+
+void HostLoop::turn(MMachCommand& command, const TakeResults& take) {
+    if (take) take(command);
+    m_listener.on_wake();
+}
+
+void HostLoop::drain(MOutputChannel& channel, CommandResult& result) {
+    for (const ChannelLine& line : take_lines(channel)) {
+        auto& errors = result.errors;
+        if (line.keyword == "error" && std::find(errors.begin(), errors.end(), line.text) == errors.end())
+            errors.push_back(line.text);
+        m_listener.on_line(line);
+    }
+}
+
+void HostLoop::poll() {
+    m_machine.PollAsyncErrors();
+    for (const ChannelLine& line : take_lines(m_channel)) m_listener.on_line(line);
+    if (m_channel.is_fatal())
+        throw HostError(ExitStatus::NoConnection, "fatal: machine connection lost",
+                        "look after the machine and its network, then start again");
+}
+
+void HostLoop::wait() { m_notifier.wait(longest_sleep); }
+
+}  // namespace zxhost

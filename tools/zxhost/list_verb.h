@@ -1,0 +1,25 @@
+// Verbs whose arguments are one list of texts, or none: a few lines each.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "verbs.h"
+
+namespace zxhost {
+
+struct ListVerb {
+    const char* name;
+    const char* description;
+    const char* example;
+    const char* argument = nullptr;  // what an item of the list is called; null for a verb without a list
+    const char* argument_help = "";
+    bool needs_one = false;  // an empty list is wrong usage
+};
+
+using RunListVerb = void (*)(const Settings& settings, const Streams& streams,
+                             const std::vector<std::string>& list);
+
+void add_list_verb(CLI::App& app, Program& program, const ListVerb& verb, RunListVerb run);
+
+}  // namespace zxhost

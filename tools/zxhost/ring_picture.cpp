@@ -1,0 +1,323 @@
+#include "ring_picture.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <numbers>
+
+#include "number_text.h"
+
+namespace zxhost {
+namespace {
+
+// Pixels. The ring stands on the left, the numbers on the right.
+constexpr double picture_width = 1120.0;
+constexpr double picture_height = 800.0;
+constexpr double middle_x = 390.0;
+constexpr double middle_y = 430.0;
+constexpr double ring_radius = 215.0;  // of the fitted circle
+constexpr double deviation_room = 75.0;
+constexpr double dial_radius = 312.0;  // where the angles stand
+constexpr double panel_x = 780.0;
+
+constexpr std::string_view ink = "#1f2933";
+constexpr std::string_view faint = "#7b8794";
+constexpr std::string_view grid = "#d9dee4";
+constexpr std::string_view curve = "#1560bd";
+constexpr std::string_view known = "#d9730d";
+
+struct Point {
+    double x, y;
+};
+
+// The largest of 1, 1.5, 2, 2.5, 3, 4, 5, 6, 8 times a power of ten that isn't above `limit`.
+double round_down(double limit) {
+    constexpr std::array steps{8.0, 6.0, 5.0, 4.0, 3.0, 2.5, 2.0, 1.5, 1.0};
+    const double power = std::pow(10.0, std::floor(std::log10(limit)));
+    for (const double step : steps)
+        if (step * power <= limit * (1.0 + 1e-12)) return step * power;
+    return power;
+}
+
+std::string escaped(const std::string& text) {
+    std::string out;
+    for (const char c : printable(text)) {
+        if (c == '&')
+            out += "&amp;";
+        else if (c == '<')
+            out += "&lt;";
+        else if (c == '"')
+            out += "&quot;";
+        else
+            out += c;
+    }
+    return out;
+}
+
+class Drawing {
+public:
+    Drawing(std::ostream& out, const RingPicture& picture)
+        : m_out(out),
+          m_picture(picture),
+          m_ring_scale(ring_radius / picture.fit.radius),
+          m_deviation_scale(m_ring_scale * ring_magnification(picture.fit)) {}
+
+    void write() {
+        frame();
+        title();
+        rings();
+        axes();
+        if (m_picture.known_deviation) known_form();
+        measured_form();
+        extremes();
+        centre();
+        scales();
+        numbers();
+        legend();
+        m_out << "</svg>\n";
+    }
+
+private:
+    Point at(double angle, double radius) const {
+        return {middle_x + radius * std::cos(angle), middle_y - radius * std::sin(angle)};
+    }
+    double drawn_radius(double deviation) const { return ring_radius + deviation * m_deviation_scale; }
+    double angle_of(std::size_t i) const {
+        const PlanePoint& p = m_picture.points[i];
+        return std::atan2(p.y - m_picture.fit.centre.y, p.x - m_picture.fit.centre.x);
+    }
+
+    void line(Point a, Point b, std::string_view colour, double width, std::string_view more = "") {
+        m_out << fmt::format(
+            "<line x1=\"{:.2f}\" y1=\"{:.2f}\" x2=\"{:.2f}\" y2=\"{:.2f}\" stroke=\"{}\" "
+            "stroke-width=\"{}\"{}/>\n",
+            a.x, a.y, b.x, b.y, colour, width, more);
+    }
+    void circle(double radius, std::string_view colour, double width, std::string_view more = "") {
+        m_out << fmt::format(
+            "<circle cx=\"{}\" cy=\"{}\" r=\"{:.2f}\" fill=\"none\" stroke=\"{}\" "
+            "stroke-width=\"{}\"{}/>\n",
+            middle_x, middle_y, radius, colour, width, more);
+    }
+    void text(Point p, std::string_view anchor, double size, std::string_view colour, const std::string& what,
+              std::string_view more = "") {
+        m_out << fmt::format(
+            "<text x=\"{:.1f}\" y=\"{:.1f}\" text-anchor=\"{}\" font-size=\"{}\" fill=\"{}\"{}>{}</text>\n",
+            p.x, p.y, anchor, size, colour, more, escaped(what));
+    }
+
+    void frame() {
+        m_out << fmt::format(
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\" "
+            "font-family=\"DejaVu Sans, Segoe UI, Helvetica, Arial, sans-serif\">\n"
+            "<title>{2}</title>\n"
+            "<rect width=\"{0}\" height=\"{1}\" fill=\"#ffffff\"/>\n",
+            picture_width, picture_height, escaped(m_picture.title));
+    }
+
+    void title() {
+        text({40, 46}, "start", 22, ink, m_picture.title, " font-weight=\"bold\"");
+        text({40, 72}, "start", 13, faint, m_picture.subtitle);
+    }
+
+    // Circles of equal deviation, the outermost and innermost beyond the largest one.
+    void rings() {
+        const double step = grid_step();
+        const int most = static_cast<int>(std::ceil(deviation_room / (step * m_deviation_scale)));
+        for (int i = -most; i <= most; ++i) {
+            if (i == 0) continue;
+            circle(drawn_radius(i * step), grid, 1);
+        }
+        circle(ring_radius, ink, 1.3);
+        const double label_angle = std::numbers::pi / 4.0;
+        for (int i = -most; i <= most; ++i) ring_label(label_angle, i * step);
+    }
+
+    void ring_label(double angle, double deviation) {
+        const Point p = at(angle, drawn_radius(deviation));
+        const std::string what =
+            deviation == 0.0 ? "0" : fmt::format("{:+g} µm", rounded(deviation * 1000.0));
+        text({p.x, p.y + 3.5}, "middle", 10, faint, what,
+             " stroke=\"#ffffff\" stroke-width=\"4\" paint-order=\"stroke\"");
+    }
+
+    static double rounded(double micrometres) { return std::round(micrometres * 1e6) / 1e6; }
+
+    double grid_step() const { return round_down(deviation_room / m_deviation_scale / 2.0); }
+
+    void axes() {
+        for (int degrees = 0; degrees < 360; degrees += 30) {
+            const double angle = degrees * std::numbers::pi / 180.0;
+            line(at(angle, dial_radius - 14), at(angle, dial_radius - 6), faint, 1);
+            if (degrees % 90 == 0) continue;
+            const Point p = at(angle, dial_radius + 8);
+            text({p.x, p.y + 4}, "middle", 11, faint, fmt::format("{}°", degrees));
+        }
+        arrow(0.0, "x [mm]");
+        arrow(std::numbers::pi / 2.0, "y [mm]");
+    }
+
+    void arrow(double angle, const std::string& name) {
+        const double tip = dial_radius + 4;
+        line(at(angle + std::numbers::pi, tip), at(angle, tip), "#a4aeb9", 1);
+        const Point a = at(angle, tip + 8), b = at(angle + 0.016, tip - 4), c = at(angle - 0.016, tip - 4);
+        m_out << fmt::format(
+            "<path d=\"M{:.1f} {:.1f} L{:.1f} {:.1f} L{:.1f} {:.1f} Z\" fill=\"#a4aeb9\"/>\n", a.x, a.y, b.x,
+            b.y, c.x, c.y);
+        const bool along_x = angle == 0.0;
+        text({a.x + (along_x ? 4.0 : 10.0), a.y + (along_x ? 4.0 : 6.0)}, "start", 12, ink, name);
+    }
+
+    std::string path_to(Point p, bool first) const {
+        return fmt::format("{}{:.2f} {:.2f}", first ? "M" : "L", p.x, p.y);
+    }
+
+    void known_form() {
+        std::string path;
+        for (int i = 0; i <= 720; ++i) {
+            const double angle = i * std::numbers::pi / 360.0;
+            path += path_to(at(angle, drawn_radius(m_picture.known_deviation(angle))), i == 0);
+        }
+        m_out << fmt::format(
+            "<path d=\"{}Z\" fill=\"none\" stroke=\"{}\" stroke-width=\"4\" opacity=\"0.45\"/>\n", path,
+            known);
+    }
+
+    // No two neighbours further apart than a few degrees: the ring was measured all round.
+    bool is_closed() const {
+        std::vector<double> angles;
+        for (std::size_t i = 0; i < m_picture.points.size(); ++i) angles.push_back(angle_of(i));
+        std::sort(angles.begin(), angles.end());
+        double gap = angles.front() + 2.0 * std::numbers::pi - angles.back();
+        for (std::size_t i = 1; i < angles.size(); ++i) gap = std::max(gap, angles[i] - angles[i - 1]);
+        return gap < std::numbers::pi / 18.0;
+    }
+
+    // Of very many points, the lowest and highest of each small group.
+    std::vector<std::size_t> drawn_points() const {
+        const auto& deviations = m_picture.fit.deviations;
+        const std::size_t group = deviations.size() / 5000 + 1;
+        std::vector<std::size_t> drawn;
+        for (std::size_t start = 0; start < deviations.size(); start += group) {
+            const auto first = deviations.begin() + static_cast<std::ptrdiff_t>(start);
+            const auto last =
+                deviations.begin() + static_cast<std::ptrdiff_t>(std::min(start + group, deviations.size()));
+            const auto [low, high] = std::minmax_element(first, last);
+            drawn.push_back(static_cast<std::size_t>(std::min(low, high) - deviations.begin()));
+            if (low != high)
+                drawn.push_back(static_cast<std::size_t>(std::max(low, high) - deviations.begin()));
+        }
+        return drawn;
+    }
+
+    void measured_form() {
+        std::string path;
+        for (const std::size_t i : drawn_points())
+            path += path_to(at(angle_of(i), drawn_radius(m_picture.fit.deviations[i])), path.empty());
+        if (is_closed()) {
+            path += "Z";
+            m_out << fmt::format(
+                "<path fill-rule=\"evenodd\" fill=\"{0}\" fill-opacity=\"0.14\" "
+                "d=\"{1}M{2} {3}a{4} {4} 0 1 0 {5} 0a{4} {4} 0 1 0 {6} 0Z\"/>\n",
+                curve, path, middle_x - ring_radius, middle_y, ring_radius, 2 * ring_radius,
+                -2 * ring_radius);
+        }
+        m_out << fmt::format(
+            "<path d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.4\" stroke-linejoin=\"round\"/>\n",
+            path, curve);
+    }
+
+    void extremes() {
+        const auto& deviations = m_picture.fit.deviations;
+        const auto [low, high] = std::minmax_element(deviations.begin(), deviations.end());
+        circle(drawn_radius(*low), curve, 1, " stroke-dasharray=\"3 4\"");
+        circle(drawn_radius(*high), curve, 1, " stroke-dasharray=\"3 4\"");
+        extreme(static_cast<std::size_t>(low - deviations.begin()), -22);
+        extreme(static_cast<std::size_t>(high - deviations.begin()), 24);
+    }
+
+    void extreme(std::size_t i, double label_distance) {
+        const double deviation = m_picture.fit.deviations[i];
+        const double angle = angle_of(i);
+        const Point p = at(angle, drawn_radius(deviation));
+        const Point label = at(angle, drawn_radius(deviation) + label_distance);
+        m_out << fmt::format("<circle cx=\"{:.2f}\" cy=\"{:.2f}\" r=\"3.6\" fill=\"{}\"/>\n", p.x, p.y,
+                             curve);
+        text({label.x, label.y + 4}, "middle", 12, curve, fmt::format("{:+.2f} µm", deviation * 1000.0),
+             " font-weight=\"bold\" stroke=\"#ffffff\" stroke-width=\"5\" paint-order=\"stroke\"");
+    }
+
+    void centre() {
+        line({middle_x - 9, middle_y}, {middle_x + 9, middle_y}, ink, 1.6);
+        line({middle_x, middle_y - 9}, {middle_x, middle_y + 9}, ink, 1.6);
+        circle(4, ink, 1.2);
+        const PlanePoint& at_centre = m_picture.fit.centre;
+        const std::string_view halo = " stroke=\"#ffffff\" stroke-width=\"5\" paint-order=\"stroke\"";
+        text({middle_x, middle_y + 30}, "middle", 12, ink, "x " + fixed_text(at_centre.x, 4) + " mm", halo);
+        text({middle_x, middle_y + 47}, "middle", 12, ink, "y " + fixed_text(at_centre.y, 4) + " mm", halo);
+    }
+
+    // A bar for the size of the ring and one for the deviations.
+    void scales() {
+        const double ring_bar = round_down(110.0 / m_ring_scale);
+        const double deviation_bar = round_down(110.0 / m_deviation_scale);
+        scale({40, 762}, ring_bar * m_ring_scale, "ring: " + shortest_text(rounded(ring_bar)) + " mm", ink);
+        scale({240, 762}, deviation_bar * m_deviation_scale,
+              "deviation: " + shortest_text(rounded(deviation_bar * 1000.0)) + " µm", curve);
+        text({440, 766}, "start", 13, ink,
+             fmt::format("deviation enlarged {:g} times", ring_magnification(m_picture.fit)),
+             " font-weight=\"bold\"");
+    }
+
+    void scale(Point start, double length, const std::string& what, std::string_view colour) {
+        const Point end{start.x + length, start.y};
+        line(start, end, colour, 2);
+        line({start.x, start.y - 5}, {start.x, start.y + 5}, colour, 2);
+        line({end.x, end.y - 5}, {end.x, end.y + 5}, colour, 2);
+        text({start.x, start.y + 21}, "start", 12, colour, what);
+    }
+
+    void numbers() {
+        double y = 150;
+        for (const auto& [name, value] : m_picture.numbers) {
+            text({panel_x, y}, "start", 12, faint, name);
+            text({picture_width - 40, y}, "end", 13, ink, value);
+            line({panel_x, y + 9}, {picture_width - 40, y + 9}, "#edf0f3", 1);
+            y += 30;
+        }
+    }
+
+    void legend() {
+        double y = picture_height - 122;
+        const auto entry = [&](std::string_view colour, double width, std::string_view dashes,
+                               const char* name) {
+            line({panel_x, y}, {panel_x + 34, y}, colour, width, dashes);
+            text({panel_x + 46, y + 4}, "start", 12, ink, name);
+            y += 24;
+        };
+        entry(curve, 1.6, "", "measured");
+        if (m_picture.known_deviation) entry(known, 4, " opacity=\"0.45\"", "known form of the part");
+        entry(ink, 1.3, "", "least-squares circle");
+        entry(curve, 1, " stroke-dasharray=\"3 4\"", "highest and lowest point");
+    }
+
+    std::ostream& m_out;
+    const RingPicture& m_picture;
+    const double m_ring_scale;       // pixels per mm of the ring
+    const double m_deviation_scale;  // pixels per mm of deviation
+};
+
+}  // namespace
+
+double ring_magnification(const RingFit& fit) {
+    double largest = 1e-9;
+    for (const double deviation : fit.deviations) largest = std::max(largest, std::abs(deviation));
+    return std::max(1.0, round_down(deviation_room / largest / (ring_radius / fit.radius)));
+}
+
+void write_ring_picture(std::ostream& out, const RingPicture& picture) { Drawing(out, picture).write(); }
+
+}  // namespace zxhost

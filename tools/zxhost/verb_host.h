@@ -1,0 +1,91 @@
+// What every verb works with: the open machine, its messages shown, its commands run with progress.
+#pragma once
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "driver_call.h"
+#include "host_loop.h"
+#include "open_machine.h"
+#include "progress.h"
+#include "settings.h"
+#include "table.h"
+
+namespace zxhost {
+
+// The streams of the program.
+struct Streams {
+    std::ostream& out;            // results
+    std::ostream& err;            // messages and progress
+    bool out_is_watched = false;  // a terminal is at its end
+    bool err_is_watched = false;
+};
+
+// One action of the machine as a verb asks for it.
+struct Action {
+    std::string name;        // as the machine calls it, "move"
+    const char* class_name;  // of the command, which the machine must know
+    HostLoop::MakeCommand make;
+    HostLoop::TakeResults take = nullptr;
+    std::function<std::string()> progress = nullptr;  // its state in one line
+};
+
+class VerbHost : private LoopListener {
+public:
+    using LineSink = std::function<void(const ChannelLine&)>;
+
+    VerbHost(const Settings& settings, const Streams& streams);
+
+    MMachAbstract& machine() { return m_open.machine(); }
+    const std::string& address() const { return m_open.address(); }
+    const Settings& settings() const { return m_settings; }
+    std::ostream& out() { return m_streams.out; }
+    std::ostream& err() { return m_streams.err; }
+    bool wants_json() const { return m_settings.format == Format::AsJson; }
+
+    // Each line of the machine goes here instead of being shown in the common way.
+    void set_line_sink(LineSink sink) { m_sink = std::move(sink); }
+
+    // Runs the action to its end. Throws HostError if the machine doesn't know it, refuses, fails or is
+    // aborted, and if the connection is lost.
+    void run(const Action& action);
+
+    // A query of the driver that may fail with an exception.
+    template <class Function>
+    auto ask(const std::string& what, Function&& function);
+
+    void poll() { m_loop.poll(); }
+    void wait() { m_loop.wait(); }
+
+    // The rows as a table or as JSON.
+    void show(const std::vector<Column>& columns, const Json& rows);
+
+private:
+    void on_line(const ChannelLine& line) override;
+    void on_wake() override;
+    void on_abort() override;
+    void show_progress(const Action& action);
+
+    Settings m_settings;
+    Streams m_streams;
+    OpenMachine m_open;
+    Progress m_progress;
+    HostLoop m_loop;
+    LineSink m_sink;
+    const Action* m_action = nullptr;
+};
+
+template <class Function>
+auto VerbHost::ask(const std::string& what, Function&& function) {
+    try {
+        return driver_call(what, ExitStatus::MachineError, std::forward<Function>(function));
+    } catch (const HostError&) {
+        poll();  // a lost connection is the better story
+        throw;
+    }
+}
+
+}  // namespace zxhost

@@ -1,0 +1,148 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "circle_options.h"
+#include "mmachabstract.h"
+#include "number_text.h"
+#include "output_file.h"
+#include "point_csv.h"
+#include "scan_run.h"
+#include "targets.h"
+#include "verb_host.h"
+#include "verbs.h"
+
+namespace zxhost {
+namespace {
+
+struct ScanOptions {
+    std::vector<std::string> targets;
+    CircleOptions circle;
+    std::vector<std::string> data{"x", "y", "z", "time"};
+    std::string csv;
+};
+
+// Keeps the points for the table, or writes them to the file as they come.
+class PointStore {
+public:
+    PointStore(VerbHost& host, const ScanOptions& options, const std::string& what) : m_file(options.csv) {
+        if (m_file.empty()) return;
+        m_out = open_output(m_file);
+        m_csv.emplace(m_out, CsvHeader{machine_text(host.machine()), time_text(), what, options.data});
+    }
+
+    void add(const std::vector<double>& point) {
+        if (m_csv)
+            m_csv->add(point);
+        else
+            m_points.push_back(point);
+    }
+
+    void show(VerbHost& host, const std::vector<std::string>& names, std::size_t count) {
+        if (m_csv) {
+            close_output(m_out, m_file);
+            host.show({{"points", "points"}, {"file", "file"}},
+                      Json::array({{{"points", count}, {"file", m_file}}}));
+        } else if (host.wants_json()) {
+            Json units = Json::array();
+            for (const std::string& name : names) units.push_back(unit_of(name));
+            write_json(host.out(), {{"columns", names}, {"units", units}, {"points", m_points}});
+        } else {
+            write_table(host.out(), columns(names), rows(names));
+        }
+    }
+
+private:
+    static std::vector<Column> columns(const std::vector<std::string>& names) {
+        std::vector<Column> result{{"point", "point"}};
+        for (const std::string& name : names) {
+            const std::string_view unit = unit_of(name);
+            result.push_back({name, unit.empty() ? name : name + " [" + std::string(unit) + "]", 4});
+        }
+        return result;
+    }
+
+    Json rows(const std::vector<std::string>& names) const {
+        Json result = Json::array();
+        for (const std::vector<double>& point : m_points) {
+            Json row{{"point", result.size() + 1}};
+            for (std::size_t i = 0; i < names.size() && i < point.size(); ++i) row[names[i]] = point[i];
+            result.push_back(std::move(row));
+        }
+        return result;
+    }
+
+    std::string m_file;
+    std::ofstream m_out;
+    std::optional<PointCsv> m_csv;
+    std::vector<std::vector<double>> m_points;
+};
+
+template <class Scan>
+void scan(VerbHost& host, const ScanOptions& options, const HostLoop::MakeCommand& make, const char* name) {
+    PointStore store(host, options, name);
+    select_scan_data(host, options.data);
+    const std::size_t count =
+        run_scan<Scan>(host, name, make, [&](const std::vector<double>& point) { store.add(point); });
+    store.show(host, options.data, count);
+}
+
+void scan_line(const Program& program, const Streams& streams, const ScanOptions& options) {
+    const MMachAxisTargets targets = parse_targets(options.targets, TargetForms::RelativeAndNames);
+    parse_axis_list(options.data);
+    VerbHost host(program.settings, streams);
+    scan<MMachScanCommand>(
+        host, options,
+        [&](MOutputChannel* channel) { return host.machine().NewMMachScanCommand(channel, targets); },
+        "scan");
+}
+
+void scan_circle(const Program& program, const Streams& streams, const ScanOptions& options) {
+    circle_record(options.circle, 0.0);  // wrong usage shows before the machine is asked
+    parse_axis_list(options.data);
+    VerbHost host(program.settings, streams);
+    const MMachCircle circle = circle_record(options.circle, host.machine().GetAxisValue("z"));
+    scan<MMachScancircleCommand>(
+        host, options,
+        [&](MOutputChannel* channel) { return host.machine().NewMMachScancircleCommand(channel, circle); },
+        "scancircle");
+}
+
+void add_output_options(CLI::App& verb, ScanOptions& options) {
+    verb.add_option("--data", options.data, "what each point holds: axis names, time, deflection")
+        ->delimiter(',')
+        ->capture_default_str();
+    verb.add_option("--csv", options.csv, "write the points to this file as they arrive");
+}
+
+}  // namespace
+
+void add_scan(CLI::App& app, Program& program) {
+    const auto options = std::make_shared<ScanOptions>();
+    CLI::App* const verb =
+        app.add_subcommand("scan", "Measure along a line, or along a circle, on the workpiece");
+    verb->add_option(
+        "TARGET", options->targets,
+        "AXIS=VALUE, AXIS+=VALUE from where it stands, or AXIS alone to take part without a target");
+    add_output_options(*verb, *options);
+    verb->footer("example: zxhost scan x=30 --data x,y,z,time --csv line.csv");
+
+    CLI::App* const circle =
+        verb->add_subcommand("circle", "Measure along a circular arc in the plane of x and y");
+    add_circle_options(*circle, options->circle);
+    add_output_options(*circle, *options);
+    circle->footer("example: zxhost scan circle --centre 10 -5 20 --radius 25 --csv ring.csv");
+    circle->callback([&program, options] {
+        program.verb = [&program, options](const Streams& streams) {
+            scan_circle(program, streams, *options);
+        };
+    });
+    verb->callback([&program, options, circle] {
+        if (circle->parsed()) return;
+        if (options->targets.empty()) throw CLI::RequiredError("TARGET");
+        program.verb = [&program, options](const Streams& streams) { scan_line(program, streams, *options); };
+    });
+}
+
+}  // namespace zxhost

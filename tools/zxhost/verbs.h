@@ -1,0 +1,34 @@
+// The verbs: each adds itself to the command line, and puts what it does into the program when it is chosen.
+#pragma once
+
+#include <functional>
+
+#include "settings.h"
+
+namespace CLI {
+class App;
+}
+
+namespace zxhost {
+
+struct Streams;
+
+struct Program {
+    Settings settings;
+    std::function<void(const Streams&)> verb;  // the chosen one; throws HostError
+};
+
+void add_info(CLI::App& app, Program& program);
+void add_axes(CLI::App& app, Program& program);
+void add_get(CLI::App& app, Program& program);
+void add_set(CLI::App& app, Program& program);
+void add_init(CLI::App& app, Program& program);
+void add_move(CLI::App& app, Program& program);
+void add_zero(CLI::App& app, Program& program);
+void add_home(CLI::App& app, Program& program);
+void add_circle(CLI::App& app, Program& program);
+void add_scan(CLI::App& app, Program& program);
+void add_events(CLI::App& app, Program& program);
+void add_session(CLI::App& app, Program& program);
+
+}  // namespace zxhost

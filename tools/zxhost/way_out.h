@@ -1,0 +1,11 @@
+// What a person can do about an error of the machine.
+#pragma once
+
+#include <string>
+
+namespace zxhost {
+
+// A hint for this error text; empty if there is nothing to say.
+std::string way_out_of(const std::string& error);
+
+}  // namespace zxhost
