@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <functional>
+#include <string>
 #include <thread>
 
 #include "expected_messages.h"
