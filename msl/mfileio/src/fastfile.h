@@ -94,3 +94,84 @@ private:
 
     char* rewind_limit = buffer.data();  // UnReadChar goes back no further
 };
+
+// How a writer opens its file. The flag makes each write return only when the data is on the disk.
+enum : int {
+    MFASTFILE_CREATE_NEW = 0,  // fails if the file exists
+    MFASTFILE_APPEND = 1,
+    MFASTFILE_OVERWRITE = 2,
+    MFASTFILE_WRITE_THROUGH = 4,
+};
+
+// Writes a file from its start, or on from its end. After a failed write the object stays open.
+class MFastFileWriter : public MFastFile {
+public:
+    MFastFileWriter() { limit = buffer.data() + buffer.size(); }
+
+    // A failure leaves a closed writer.
+    MFastFileWriter(const char* path, int mode);
+    virtual ~MFastFileWriter();
+
+    // Closes an open file first.
+    bool Open(const char* path, int mode);
+
+    // Whether the last bytes could be written doesn't enter the result; the error trace has it.
+    bool Close();
+
+    // Bytes as they are. Count, or -1.
+    std::int64_t Write(const void* data, std::size_t size);
+    std::int64_t WriteString(const char* text);
+
+    // 1 or -1. The second writes LF as CR LF.
+    int WriteChar(char c);
+    int WriteCharNL(char c);
+
+    // Each byte through WriteCharNL; the second adds one line end. Count of bytes of `text`, and of the line
+    // end as one, or -1.
+    std::int64_t WriteStringNL(const char* text);
+    std::int64_t WriteLineNL(const char* text);
+
+    // The text, which must hold no LF, and CR LF. Count of bytes of `text` plus 1, or -1.
+    std::int64_t WriteLine(const char* text);
+
+    // Bytes as they lie in memory: 4, 2, 4, 4 and 8. Count, or -1.
+    std::int64_t WriteInt(int value);
+    std::int64_t WriteShort(short value);
+    std::int64_t WriteLong(long value);
+    std::int64_t WriteFloat(float value);
+    std::int64_t WriteDouble(double value);
+
+    // Hands what is buffered to the system. It doesn't reach the disk's flush, and the result is false: for
+    // data on the disk there are MFASTFILE_WRITE_THROUGH and the flag of MFastFile_WriteAtOnce.
+    bool Flush();
+
+private:
+    bool write_to_disk(const void* data, std::size_t size);
+    std::int64_t write_to_buffer(const void* data, std::size_t size);
+    bool write_buffered();
+    std::size_t used() const { return static_cast<std::size_t>(cursor - buffer.data()); }
+};
+
+// Whole files. Reading returns the count, or -1; the string is sized by the file, and empty after a failure.
+std::int64_t MFastFile_ReadAtOnce(const char* filename, void* target, std::size_t size);
+std::int64_t MFastFile_ReadAtOnce(const char* filename, std::string& target);
+
+// The same with CR and CR LF turned to LF.
+std::int64_t MFastFile_ReadLinesAtOnce(const char* filename, void* target, std::size_t size);
+std::int64_t MFastFile_ReadLinesAtOnce(const char* filename, std::string& target);
+
+// How a whole file is written: the modes above, or through a temporary file beside it, which is flushed and
+// then takes the place of the old one, so that there is always a whole file. The flag means here that the
+// file is flushed to the disk before it is closed.
+enum : int {
+    MFASTFILE_BY_RENAME = 10,
+    MFASTFILE_FLUSH = 4,
+};
+
+// Count written, or -1.
+std::int64_t MFastFile_WriteAtOnce(const char* filename, const void* data, std::size_t size, int mode);
+
+// The same with CR LF for each LF, CR and CR LF of the text. The count is that after the conversion.
+std::int64_t MFastFile_WriteLinesAtOnce(const char* filename, const char* text, std::size_t size, int mode);
+
+bool MFastFile_CopyFile(const char* source, const char* target, int mode);

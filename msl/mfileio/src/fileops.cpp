@@ -46,6 +46,15 @@ std::int64_t file_size(const char* path) {
 
 bool file_exists(const char* path) { return os::files().access(path, os::Access::Exists); }
 
+bool file_remove(const char* path) { return os::files().remove(path); }
+
+bool file_rename(const char* from, const char* to) {
+    if (os::files().rename(from, to)) return true;
+    MERRTRACE_REPORT(source, "file_rename(): MoveFileEx(%s,%s) failed: %u", from, to,
+                     static_cast<unsigned>(os::last_error()));
+    return false;
+}
+
 char* file_dirname(const char* path, char* target) {
     const char* const last = last_separator(path);
     if (!last) return nullptr;

@@ -15,6 +15,11 @@ std::int64_t file_size(const char* path);
 
 bool file_exists(const char* path);
 
+bool file_remove(const char* path);
+
+// Replaces an existing file.
+bool file_rename(const char* from, const char* to);
+
 // Copies what stands before the last separator, and then one '\', to `target`, which has room for two bytes
 // more than the path. Returns `target`; null, and nothing is written, if the path has no separator.
 char* file_dirname(const char* path, char* target);

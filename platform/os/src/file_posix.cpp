@@ -89,6 +89,16 @@ bool find_matching(const SplitPath& path, const char* pattern, std::vector<Direc
     return errno == 0;
 }
 
+// Four hexadecimal digits that change from call to call and differ between processes.
+std::string temporary_number() {
+    static std::atomic<unsigned> counter{static_cast<unsigned>(getpid()) * 7919U};
+    constexpr char digits[] = "0123456789abcdef";
+    const unsigned number = counter++;
+    std::string text;
+    for (unsigned shift = 16; shift > 0; shift -= 4) text += digits[(number >> (shift - 4)) & 0xF];
+    return text;
+}
+
 // The system may stop halfway through a large piece; the caller shall not see that.
 template <class Call, class Byte>
 bool transfer(Call call, FileHandle file, Byte* bytes, std::uint32_t size, std::uint32_t& done) {
@@ -123,15 +133,20 @@ public:
     bool close(FileHandle file) override { return ::close(descriptor(file)) == 0; }
 
     bool make_temporary(const char* directory, const char* prefix, std::string& path) override {
-        std::string name = native_path(*directory ? directory : ".");
-        if (!name.ends_with('/')) name += '/';
-        name += prefix;
-        name += "XXXXXX";
-        const int fd = mkstemp(name.data());
-        if (fd < 0) return false;
-        ::close(fd);
-        path = name;
-        return true;
+        std::string start = native_path(*directory ? directory : ".");
+        if (!start.ends_with('/')) start += '/';
+        start += prefix;
+        for (int tries = 0; tries < 0x10000; ++tries) {
+            const std::string name = start + temporary_number() + ".tmp";
+            // With the rights of any new file, which the file that it will replace has, too.
+            const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+            if (fd < 0 && errno == EEXIST) continue;
+            if (fd < 0) return false;
+            ::close(fd);
+            path = name;
+            return true;
+        }
+        return false;
     }
 
     bool info(const char* path, FileInfo& out) override {
