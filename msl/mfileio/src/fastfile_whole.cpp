@@ -188,7 +188,8 @@ std::int64_t MFastFile_WriteAtOnce(const char* filename, const void* data, std::
 }
 
 std::int64_t MFastFile_WriteLinesAtOnce(const char* filename, const char* text, std::size_t size, int mode) {
-    const Block converted(static_cast<char*>(std::malloc(2 * size)));
+    // Zeroed: the compiler can't see that only what was converted is written.
+    const Block converted(static_cast<char*>(std::calloc(2, size)));
     if (!converted && size > 0) {
         MERRTRACE_REPORT(source, "MFastFile_WriteLinesAtOnce(): malloc(%zu) failed: %.50s", 2 * size,
                          os::error_text(errno).c_str());
