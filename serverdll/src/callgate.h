@@ -1,4 +1,4 @@
-// Counts those who are inside, so that an owner can shut the door and wait until they have left.
+// Counts those who are inside, so that an owner can wait until they have left.
 #pragma once
 
 #include <cstddef>
@@ -9,26 +9,19 @@ namespace serverdll {
 
 class CallGate {
 public:
-    // False once the door is shut.
-    bool enter() {
+    void enter() {
         const os::LockGuard guard(m_lock);
-        if (m_shut) return false;
         ++m_inside;
-        return true;
     }
 
     void leave() {
         const os::LockGuard guard(m_lock);
-        if (--m_inside == 0 && m_shut) m_empty.notify_all();
-    }
-
-    void shut() {
-        const os::LockGuard guard(m_lock);
-        m_shut = true;
+        if (--m_inside == 0 && m_waited) m_empty.notify_all();
     }
 
     void wait_until_empty() {
         os::WaitLock lock(m_lock);
+        m_waited = true;
         while (m_inside > 0) lock.wait(m_empty);
     }
 
@@ -36,7 +29,19 @@ private:
     os::Mutex m_lock;
     std::condition_variable m_empty;
     std::size_t m_inside OS_GUARDED_BY(m_lock) = 0;
-    bool m_shut OS_GUARDED_BY(m_lock) = false;
+    bool m_waited OS_GUARDED_BY(m_lock) = false;
+};
+
+// The time inside.
+class GatePass {
+public:
+    explicit GatePass(CallGate& gate) : m_gate(gate) { m_gate.enter(); }
+    ~GatePass() { m_gate.leave(); }
+    GatePass(const GatePass&) = delete;
+    GatePass& operator=(const GatePass&) = delete;
+
+private:
+    CallGate& m_gate;
 };
 
 }  // namespace serverdll

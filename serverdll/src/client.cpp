@@ -15,21 +15,6 @@ void store_id(long* tid, long id) {
     if (tid != nullptr) std::atomic_ref<long>(*tid).store(id, std::memory_order_release);
 }
 
-class GatePass {
-public:
-    explicit GatePass(serverdll::CallGate& gate) : m_gate(gate.enter() ? &gate : nullptr) {}
-    ~GatePass() {
-        if (m_gate != nullptr) m_gate->leave();
-    }
-    GatePass(const GatePass&) = delete;
-    GatePass& operator=(const GatePass&) = delete;
-
-    explicit operator bool() const noexcept { return m_gate != nullptr; }
-
-private:
-    serverdll::CallGate* m_gate;
-};
-
 std::string describe(const wire::Hello& hello) {
     return "machine \"" + hello.name + "\", protocol revision " + std::to_string(hello.major) + "." +
            std::to_string(hello.minor) + (hello.simulated ? ", simulated" : "");
@@ -53,7 +38,6 @@ CZendrixCOM::Client::Client(Progress progress, void* user, const char* server)
 
 // Those who wait fail first, then the threads end; nobody is inside when the parts go.
 CZendrixCOM::Client::~Client() {
-    m_gate.shut();
     if (m_connection != nullptr) m_connection->end();
     m_dispatcher.stop();
     m_gate.wait_until_empty();
@@ -87,6 +71,7 @@ wire::RequestWriter CZendrixCOM::Client::request(std::string_view words) const {
 }
 
 bool CZendrixCOM::Client::query(wire::RequestWriter& request, std::string* data) {
+    const serverdll::GatePass pass(m_gate);
     Exchange exchange;
     run(request, exchange);
     if (!exchange.failed && data != nullptr) *data = std::move(exchange.data);
@@ -94,6 +79,7 @@ bool CZendrixCOM::Client::query(wire::RequestWriter& request, std::string* data)
 }
 
 bool CZendrixCOM::Client::transaction(wire::RequestWriter& request, long* tid, RequestKind kind) {
+    const serverdll::GatePass pass(m_gate);
     const long id = static_cast<long>(request.id());
     Exchange exchange;
     exchange.kind = kind;
@@ -117,21 +103,20 @@ bool CZendrixCOM::Client::watch(wire::RequestWriter& request, bool on) {
 }
 
 bool CZendrixCOM::Client::refuse(const char* text) {
+    const serverdll::GatePass pass(m_gate);
     Exchange exchange;
     exchange.failed = true;
     exchange.error = text;
     exchange.lost = !is_alive();
-    const GatePass pass(m_gate);
-    if (pass && !exchange.lost) tell(0, exchange);
+    if (!exchange.lost) tell(0, exchange);
     return report(exchange);
 }
 
 void CZendrixCOM::Client::run(wire::RequestWriter& request, Exchange& exchange) {
-    const GatePass pass(m_gate);
-    if (m_connection == nullptr || !pass) {
+    if (m_connection == nullptr) {
         exchange.failed = true;
         exchange.lost = true;
-        exchange.error = m_connection == nullptr ? m_noConnection : "the client is being closed";
+        exchange.error = m_noConnection;
         return;
     }
     exchange.tells_by_itself = m_dispatcher.is_this_thread();

@@ -61,6 +61,7 @@ public:
     // `read_line` takes each data line; false from it is a failure of the query.
     template <typename ReadLine>
     bool query_lines(wire::RequestWriter& line, ReadLine&& read_line) {
+        const serverdll::GatePass pass(m_gate);
         std::string data;
         if (!query(line, &data)) return false;
         return serverdll::each_line(data, read_line) || refuse(serverdll::bad_answer);
@@ -69,6 +70,7 @@ public:
     // The answer is exactly one data line.
     template <typename ReadLine>
     bool query_line(wire::RequestWriter& line, ReadLine&& read_line) {
+        const serverdll::GatePass pass(m_gate);
         std::size_t count = 0;
         return query_lines(line, [&](std::string_view body) { return ++count == 1 && read_line(body); }) &&
                (count == 1 || refuse(serverdll::bad_answer));

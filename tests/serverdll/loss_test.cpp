@@ -197,11 +197,18 @@ std::size_t threads_of_this_process() {
 TEST_P(Loss, NoThreadIsLeftBehind) {
     const std::size_t before = threads_of_this_process();
     for (const Way& way : ways()) {
-        play([&way](Peer& peer) {
+        Signal connected;
+        play([&](Peer& peer) {
             peer.hello();
+            connected.wait();
             way.lose(peer);
         });
-        if (way.name != "silent") record.wait_for(1);
+        connected.set();
+        SCOPED_TRACE(way.name);
+        if (way.name != "silent") {
+            EXPECT_TRUE(record.wait_for(1));
+        }
+        record.clear();
         client.reset();
         server->finish();
         server.reset();
