@@ -1,0 +1,165 @@
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sched.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <string_view>
+
+#include "lineresponder.h"
+
+namespace bench {
+
+namespace {
+
+// Everywhere this program was allowed to run at its start.
+const cpu_set_t all_cores = [] {
+    cpu_set_t set;
+    ::sched_getaffinity(0, sizeof set, &set);
+    return set;
+}();
+
+void without_delay(int socket) {
+    const int on = 1;
+    ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
+void send_all(int socket, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (count <= 0) std::_Exit(0);
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+void answer(int socket, std::string_view line, std::size_t points) {
+    const std::string id(line.substr(0, line.find('\t')));
+    const std::string_view words = line.substr(id.size() + 1);
+    if (words.starts_with("get")) {
+        send_all(socket, id + "\tdata 12.345678\r\n" + id + "\tready\r\n");
+    } else if (words.starts_with("scancircle")) {
+        send_all(socket, id + "\taccepted\r\n" + point_lines(id, points) + id + "\tready\r\n");
+    } else if (words == "commands") {
+        send_all(socket, id + "\tdata \"scan\"\r\n" + id + "\tdata \"scancircle\"\r\n" + id + "\tready\r\n");
+    } else {
+        send_all(socket, id + "\tready\r\n");
+    }
+}
+
+[[noreturn]] void serve(int socket, std::size_t points) {
+    without_delay(socket);
+    send_all(socket, "0000\thello \"bare\" 2.2 simulated\r\n");
+    std::string input;
+    std::array<char, 4096> buffer;
+    for (;;) {
+        const ssize_t count = ::recv(socket, buffer.data(), buffer.size(), 0);
+        if (count <= 0) std::_Exit(0);
+        input.append(buffer.data(), static_cast<std::size_t>(count));
+        for (std::size_t end = input.find('\n'); end != std::string::npos; end = input.find('\n')) {
+            answer(socket, std::string_view(input).substr(0, end - 1), points);
+            input.erase(0, end + 1);
+        }
+    }
+}
+
+[[noreturn]] void accept_all(int listener, std::size_t points) {
+    std::signal(SIGCHLD, SIG_IGN);
+    for (;;) {
+        const int socket = ::accept(listener, nullptr, nullptr);
+        if (socket < 0) std::_Exit(1);
+        if (::fork() == 0) serve(socket, points);
+        ::close(socket);
+    }
+}
+
+sockaddr_in loopback(int port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
+    address.sin_port = ::htons(static_cast<std::uint16_t>(port));
+    return address;
+}
+
+}  // namespace
+
+void stay_on(Cores cores) {
+    cpu_set_t set = all_cores;
+    if (cores == Cores::first) {
+        int core = 0;
+        while (!CPU_ISSET(core, &all_cores)) ++core;
+        CPU_ZERO(&set);
+        CPU_SET(core, &set);
+    }
+    ::sched_setaffinity(0, sizeof set, &set);
+}
+
+LineResponder::LineResponder(Cores cores, std::size_t points) {
+    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address = loopback(0);
+    socklen_t size = sizeof address;
+    if (::bind(listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || ::listen(listener, 16) != 0 ||
+        ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
+        throw std::runtime_error("no port for the responder");
+    }
+    m_port = std::to_string(::ntohs(address.sin_port));
+    m_process = ::fork();
+    if (m_process == 0) {
+        stay_on(cores);
+        accept_all(listener, points);
+    }
+    ::close(listener);
+}
+
+LineResponder::~LineResponder() {
+    ::kill(m_process, SIGKILL);
+    ::waitpid(m_process, nullptr, 0);
+}
+
+BareClient::BareClient(const std::string& port) : m_socket(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address = loopback(std::atoi(port.c_str()));
+    if (::connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+        throw std::runtime_error("the responder isn't there");
+    }
+    without_delay(m_socket);
+    std::array<char, 256> hello;
+    if (::recv(m_socket, hello.data(), hello.size(), 0) <= 0)
+        throw std::runtime_error("the responder is silent");
+}
+
+BareClient::~BareClient() { ::close(m_socket); }
+
+std::size_t BareClient::ask(const std::string& line) {
+    std::array<char, 65536> buffer;
+    if (::send(m_socket, line.data(), line.size(), MSG_NOSIGNAL) < 0)
+        throw std::runtime_error("the responder is gone");
+    std::size_t total = 0;
+    for (;;) {
+        const ssize_t count = ::recv(m_socket, buffer.data(), buffer.size(), 0);
+        if (count <= 0) throw std::runtime_error("the responder is gone");
+        total += static_cast<std::size_t>(count);
+        if (std::string_view(buffer.data(), static_cast<std::size_t>(count)).ends_with("ready\r\n"))
+            return total;
+    }
+}
+
+std::string point_lines(const std::string& id, std::size_t count) {
+    std::string text;
+    std::array<char, 128> line;
+    for (std::size_t i = 1; i <= count; ++i) {
+        const double at = static_cast<double>(i);
+        const int length =
+            std::snprintf(line.data(), line.size(), "%s\tpoint %zu %.6f %.6f %.4f %.6f\r\n", id.c_str(), i,
+                          35.0123 - at * 1e-5, -4.9917 + at * 1e-5, 20.0, at * 0.000123);
+        text.append(line.data(), static_cast<std::size_t>(length));
+    }
+    return text;
+}
+
+}  // namespace bench
