@@ -1,13 +1,16 @@
 // Entries, and sections with their lines.
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <new>
 
 #include "MIniData.h"
 #include "MIniData_text.h"
 #include "errtrace.h"
+#include "os/error.h"
 #include "os/number.h"
 
 using minidata::source;
@@ -33,6 +36,10 @@ bool MIniDataEntry::GetLongLong(long long& out) const {
     out = std::strtoll(value, &end, 10);
     return end != value;
 }
+
+void MIniDataEntry::SetDouble(double value) { SetString(minidata::double_text(value)); }
+void MIniDataEntry::SetLong(long value) { SetString(minidata::long_text(value)); }
+void MIniDataEntry::SetLongLong(long long value) { SetString(std::to_string(value)); }
 
 template <class Compare>
 MIniDataSectionT<Compare>::MIniDataSectionT(std::string header) : MIniDataLine(std::move(header)) {
@@ -80,6 +87,51 @@ bool MIniDataSectionT<Compare>::GetStringEntry(const char* name, std::string& ou
     const MIniDataEntry* const entry = GetEntry(name);
     if (entry) out = entry->GetString();
     return entry != nullptr;
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::SetDoubleEntry(const char* name, double value) {
+    return set_entry(name, minidata::double_text(value), "SetDoubleEntry");
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::SetLongEntry(const char* name, long value) {
+    return set_entry(name, minidata::long_text(value), "SetLongEntry");
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::SetLongLongEntry(const char* name, long long value) {
+    return set_entry(name, std::to_string(value), "SetLongLongEntry");
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::SetStringEntry(const char* name, const std::string& value) {
+    return set_entry(name, value, "SetStringEntry");
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::set_entry(const char* name, const std::string& value, const char* operation) {
+    if (MIniDataEntry* const entry = GetEntry(name)) {
+        entry->SetString(value);
+        return true;
+    }
+    if (add_new_entry(name, value)) return true;
+    MERRTRACE_REPORT(source, "MIniDataSectionT::%s(): add_new_entry() failed", operation);
+    return false;
+}
+
+template <class Compare>
+bool MIniDataSectionT<Compare>::add_new_entry(const char* name, const std::string& value) {
+    const std::string key(minidata::trim_right(name));
+    auto* const entry = new (std::nothrow) MIniDataEntry(key + "=" + value, key.size() + 1);
+    if (!entry) {
+        MERRTRACE_REPORT(source, "MIniDataSectionT::add_new_entry(): new MIniDataEntry() failed: %.50s",
+                         os::error_text(errno).c_str());
+        return false;
+    }
+    entry_map.emplace(key, entry);
+    line_vec.push_back(entry);
+    return true;
 }
 
 template <class Compare>

@@ -9,6 +9,7 @@
 #include <ostream>
 
 #include "MIniData.h"
+#include "MIniData_edit.inl"
 #include "MIniData_text.h"
 #include "errtrace.h"
 #include "fastfile.h"
@@ -335,37 +336,6 @@ template <class Compare>
 bool MIniDataT<Compare>::GetStringEntry(const char* section, const char* name, std::string& out) const {
     const Section* const found = GetSection(section);
     return found && found->GetStringEntry(name, out);
-}
-
-template <class Compare>
-bool MIniDataT<Compare>::DeleteSection(const std::string& section) {
-    const auto found = section_map.find(section);
-    if (found == section_map.end()) {
-        MERRTRACE_REPORT(source, "MIniData::DeleteSection(): section \"%.40s\" not found", section.c_str());
-        return false;
-    }
-    if (current_section == found->second) current_section = nullptr;
-    delete found->second;
-    section_map.erase(found);
-    is_saved = false;
-    return true;
-}
-
-template <class Compare>
-bool MIniDataT<Compare>::DeleteEntry(const char* section, const char* name) {
-    Section* const found = GetSection(section);
-    if (!found) {
-        MERRTRACE_REPORT(source, "MIniData::DeleteEntry(): section \"%.40s\" not found", section);
-        return false;
-    }
-    if (!found->DeleteEntry(name)) {
-        MERRTRACE_REPORT(
-            source, "MIniData::DeleteEntry(): MIniDataSectionT::DeleteEntry() failed (\"%.30s\",\"%.30s\")",
-            section, name);
-        return false;
-    }
-    is_saved = false;
-    return true;
 }
 
 template <class Compare>

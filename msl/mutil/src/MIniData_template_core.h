@@ -53,6 +53,12 @@ public:
     bool GetLong(long& out) const;  // held to 32 bits
     bool GetLongLong(long long& out) const;
 
+    // Replace the value; the name, and all up to the '=', stay.
+    void SetString(const std::string& value) { text.replace(value_pos, text.npos, value); }
+    void SetDouble(double value);
+    void SetLong(long value);  // 32 bits of it
+    void SetLongLong(long long value);
+
     std::size_t value_pos;  // where the value begins in `text`
 };
 
@@ -80,6 +86,12 @@ public:
     bool GetLongLongEntry(const char* name, long long& out) const;
     bool GetStringEntry(const char* name, std::string& out) const;
 
+    // Replace the value, or add the entry behind the last line.
+    bool SetDoubleEntry(const char* name, double value);
+    bool SetLongEntry(const char* name, long value);
+    bool SetLongLongEntry(const char* name, long long value);
+    bool SetStringEntry(const char* name, const std::string& value);
+
     // Looks for the entry's line by its text; a line before it that is no entry by the strict rules makes it
     // fail.
     bool DeleteEntry(const std::string& name);
@@ -88,6 +100,8 @@ public:
     std::vector<MIniDataLine*> line_vec;  // owns all but the first, which is this
 
 private:
+    bool set_entry(const char* name, const std::string& value, const char* operation);
+    bool add_new_entry(const char* name, const std::string& value);
     void erase_line(std::size_t index, typename EntryMap::iterator named);
 };
 
@@ -113,6 +127,10 @@ public:
 
     // Opens the same file again; false if the model isn't open.
     bool Reload();
+
+    // Writes the model to its file, with CR LF behind each line, as the flags say. On failure nothing about
+    // the model changes.
+    bool Save();
 
     // All lines, each with a LF behind it, the sections sorted by name.
     void GetContentString(std::string& out) const;
@@ -151,8 +169,21 @@ public:
     bool GetLongLongEntry(const char* section, const char* name, long long& out) const;
     bool GetStringEntry(const char* section, const char* name, std::string& out) const;
 
+    // Replace the value, or add the entry at the end of the section, which is added if need be. A name that
+    // would read as a comment is refused.
+    bool SetDoubleEntry(const char* section, const char* name, double value);
+    bool SetLongEntry(const char* section, const char* name, long value);  // 32 bits of the value
+    bool SetLongLongEntry(const char* section, const char* name, long long value);
+    bool SetStringEntry(const char* section, const char* name, const std::string& value);
+
+    // True also if the section is there already.
+    bool AddSection(const char* section);
+
     bool DeleteSection(const std::string& section);
     bool DeleteEntry(const char* section, const char* name);
+
+    // The lines stay; what stood behind the ']' of the header is lost.
+    bool RenameSection(const char* old_name, const char* new_name);
 
     bool operator==(const MIniDataT& other) const;
 
@@ -164,6 +195,10 @@ private:
     bool parse_plain(const std::string& line);
     bool parse_section(const std::string& line);
     bool parse_entry(const std::string& line, std::size_t begin);
+    Section* add_new_section(const std::string& name);
+    Section* section_to_set(const char* section, const char* operation);
+    bool refuse_comment(const char* operation, const std::string& error);
+    bool changed(bool ok);
     bool fail(const std::string& error);
     bool fail_in_parse(const std::string& error);
     bool out_of_memory(const char* what);

@@ -1,7 +1,10 @@
 // How a line of an ini file is taken apart. Blank means space or tab.
 #pragma once
 
+#include <array>
+#include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -20,5 +23,15 @@ inline std::string_view trim_right(std::string_view text) {
 inline std::string_view entry_name(std::string_view line, std::size_t begin, std::size_t equals) {
     return trim_right(line.substr(begin, equals == line.npos ? line.npos : equals - begin));
 }
+
+// The texts of values: as "%.17g" and "%ld" print them, the latter of 32 bits.
+inline std::string double_text(double value) {
+    std::array<char, 32> text;
+    const auto result =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 17);
+    return {text.data(), result.ptr};
+}
+
+inline std::string long_text(long value) { return std::to_string(static_cast<std::int32_t>(value)); }
 
 }  // namespace minidata

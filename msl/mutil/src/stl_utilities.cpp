@@ -4,22 +4,20 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 
+#include "ascii.h"
 #include "errtrace.h"
+#include "mbase64.h"
 #include "os/error.h"
 #include "os/number.h"
 
 namespace {
 
 constexpr const char* source = "msl/mutil/src/stl_utilities";
-
-// White space of the "C" locale.
-bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // Formats once into a buffer on the stack, and a second time only what didn't fit. Returns the text up to its
 // first NUL, or false, with the reason in errno, if the format can't be carried out.
@@ -89,17 +87,8 @@ void stl_string_printf(std::string& s, const char* format, ...) {
     s = std::move(text);
 }
 
-void stl_string_toupper(std::string& s) {
-    for (char& c : s) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-}
-
-void stl_string_tolower(std::string& s) {
-    for (char& c : s) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-}
+void stl_string_toupper(std::string& s) { std::transform(s.begin(), s.end(), s.begin(), ascii::to_upper); }
+void stl_string_tolower(std::string& s) { std::transform(s.begin(), s.end(), s.begin(), ascii::to_lower); }
 
 void stl_string_tokenize(const std::string& text, const char* delimiters, std::vector<std::string>& out) {
     std::size_t begin = text.find_first_not_of(delimiters);
@@ -121,7 +110,7 @@ void stl_string_strip_comment(std::string& s) {
 
 void stl_string_strip(std::string& s) {
     stl_string_strip_comment(s);
-    s.erase(std::remove_if(s.begin(), s.end(), is_space), s.end());
+    s.erase(std::remove_if(s.begin(), s.end(), ascii::is_space), s.end());
 }
 
 void stl_string_join(std::string& out, const char* separator, const std::vector<std::string>& items) {
@@ -223,4 +212,35 @@ bool stl_string_unquote_space(std::string& s) {
     }
     s = std::move(out);
     return true;
+}
+
+bool stl_encode_base64(std::string& s) {
+    const std::size_t length = s.size();
+    const std::size_t size = MBase64_EncodedSize(~length);
+    s.resize(size);
+    const std::ptrdiff_t count = MBase64_Encode(s.data(), s.data(), ~length);
+    if (count >= 0) return true;
+    MERRTRACE_REPORT(source, "stl_encode_base64(): MBase64_Encode() returned %td instead of %zu", count,
+                     size);
+    s.clear();
+    return false;
+}
+
+bool stl_decode_base64(std::string& s) {
+    // Texts from fields of a fixed size end in NULs.
+    const std::size_t length = s.find_last_not_of('\0') + 1;
+    const std::size_t size = MBase64_DecodedSize(s.data(), ~length);
+    if (MBase64_Decode(s.data(), s.data(), ~length) >= 0) {
+        s.resize(size);
+        return true;
+    }
+    MERRTRACE_REPORT(source, "stl_decode_base64(): MBase64_Decode(%zu) failed (%zu)", ~length, size);
+    s.clear();
+    return false;
+}
+
+std::string stl_decode_base64(const std::string& s) {
+    std::string decoded = s;
+    stl_decode_base64(decoded);
+    return decoded;
 }

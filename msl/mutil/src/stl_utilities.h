@@ -61,3 +61,9 @@ void stl_string_append(std::string& s, double value, int precision);
 // false for a text that quoting can't have made, and then leaves it as it was.
 void stl_string_quote_space(std::string& s);
 bool stl_string_unquote_space(std::string& s);
+
+// Turns the bytes into their base64 text, and back. Decoding takes trailing NULs for no part of the text; on
+// failure it reports, and `s`, or the result, is empty.
+bool stl_encode_base64(std::string& s);
+bool stl_decode_base64(std::string& s);
+std::string stl_decode_base64(const std::string& s);
