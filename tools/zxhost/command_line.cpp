@@ -58,7 +58,11 @@ ExitStatus answer(const CLI::App& app, const CLI::ParseError& error, const Strea
         return ExitStatus::Done;
     }
     const auto chosen = app.get_subcommands();
-    tell(streams, error.what(),
+    const auto rest = app.remaining();
+    const std::string mistake = chosen.empty() && !rest.empty()
+                                    ? "there is no verb or option '" + printable(rest.front()) + "'"
+                                    : error.what();
+    tell(streams, mistake,
          "see: zxhost " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help");
     return ExitStatus::WrongUsage;
 }

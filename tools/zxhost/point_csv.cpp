@@ -31,17 +31,23 @@ PointCsv::PointCsv(std::ostream& out, const CsvHeader& header) : m_out(out) {
             unit.empty() ? header.columns[i] : fmt::format("{} [{}]", header.columns[i], unit);
         m_out << (i ? "," : "") << field(printable(name));
     }
-    m_out << "\n";
+    m_out << std::endl;
 }
 
 void PointCsv::add(const std::vector<double>& point) {
-    m_line.clear();
     for (std::size_t i = 0; i < point.size(); ++i) {
-        if (i) m_line += ',';
-        fmt::format_to(std::back_inserter(m_line), "{}", point[i]);
+        if (i) m_lines += ',';
+        fmt::format_to(std::back_inserter(m_lines), "{}", point[i]);
     }
-    m_line += '\n';
-    m_out << m_line;
+    m_lines += '\n';
+    constexpr std::size_t enough = 1 << 20;
+    if (m_lines.size() > enough) flush();
+}
+
+void PointCsv::flush() {
+    m_out.write(m_lines.data(), static_cast<std::streamsize>(m_lines.size()));
+    m_out.flush();
+    m_lines.clear();
 }
 
 }  // namespace zxhost

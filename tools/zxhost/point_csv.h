@@ -18,12 +18,18 @@ struct CsvHeader {
 class PointCsv {
 public:
     PointCsv(std::ostream& out, const CsvHeader& header);
+    ~PointCsv() { flush(); }
+    PointCsv(const PointCsv&) = delete;
+    PointCsv& operator=(const PointCsv&) = delete;
 
     void add(const std::vector<double>& point);
 
+    // Hands on what was added. The file never ends within a line, whenever the program ends.
+    void flush();
+
 private:
     std::ostream& m_out;
-    std::string m_line;
+    std::string m_lines;  // not yet handed on
 };
 
 }  // namespace zxhost

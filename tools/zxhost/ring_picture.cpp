@@ -70,8 +70,9 @@ public:
         title();
         rings();
         axes();
-        if (m_picture.known_deviation) known_form();
         measured_form();
+        if (m_picture.known_deviation) known_form();
+        ring_labels();
         extremes();
         centre();
         scales();
@@ -123,17 +124,20 @@ private:
         text({40, 72}, "start", 13, faint, m_picture.subtitle);
     }
 
-    // Circles of equal deviation, the outermost and innermost beyond the largest one.
+    // Circles of equal deviation, as far as the largest one goes.
+    int rings_a_side() const {
+        return static_cast<int>(std::floor(deviation_room * 1.05 / (grid_step() * m_deviation_scale)));
+    }
+
     void rings() {
-        const double step = grid_step();
-        const int most = static_cast<int>(std::ceil(deviation_room / (step * m_deviation_scale)));
-        for (int i = -most; i <= most; ++i) {
-            if (i == 0) continue;
-            circle(drawn_radius(i * step), grid, 1);
-        }
+        for (int i = -rings_a_side(); i <= rings_a_side(); ++i)
+            if (i != 0) circle(drawn_radius(i * grid_step()), grid, 1);
         circle(ring_radius, ink, 1.3);
+    }
+
+    void ring_labels() {
         const double label_angle = std::numbers::pi / 4.0;
-        for (int i = -most; i <= most; ++i) ring_label(label_angle, i * step);
+        for (int i = -rings_a_side(); i <= rings_a_side(); ++i) ring_label(label_angle, i * grid_step());
     }
 
     void ring_label(double angle, double deviation) {
@@ -181,9 +185,8 @@ private:
             const double angle = i * std::numbers::pi / 360.0;
             path += path_to(at(angle, drawn_radius(m_picture.known_deviation(angle))), i == 0);
         }
-        m_out << fmt::format(
-            "<path d=\"{}Z\" fill=\"none\" stroke=\"{}\" stroke-width=\"4\" opacity=\"0.45\"/>\n", path,
-            known);
+        m_out << fmt::format("<path d=\"{}Z\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.6\"/>\n", path,
+                             known);
     }
 
     // No two neighbours further apart than a few degrees: the ring was measured all round.
@@ -226,7 +229,7 @@ private:
                 -2 * ring_radius);
         }
         m_out << fmt::format(
-            "<path d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.4\" stroke-linejoin=\"round\"/>\n",
+            "<path d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.1\" stroke-linejoin=\"round\"/>\n",
             path, curve);
     }
 
@@ -235,15 +238,17 @@ private:
         const auto [low, high] = std::minmax_element(deviations.begin(), deviations.end());
         circle(drawn_radius(*low), curve, 1, " stroke-dasharray=\"3 4\"");
         circle(drawn_radius(*high), curve, 1, " stroke-dasharray=\"3 4\"");
-        extreme(static_cast<std::size_t>(low - deviations.begin()), -22);
-        extreme(static_cast<std::size_t>(high - deviations.begin()), 24);
+        extreme(static_cast<std::size_t>(low - deviations.begin()), -1.0);
+        extreme(static_cast<std::size_t>(high - deviations.begin()), 1.0);
     }
 
-    void extreme(std::size_t i, double label_distance) {
+    // The text stands outside (side 1) or inside (side -1) of the point.
+    void extreme(std::size_t i, double side) {
         const double deviation = m_picture.fit.deviations[i];
         const double angle = angle_of(i);
         const Point p = at(angle, drawn_radius(deviation));
-        const Point label = at(angle, drawn_radius(deviation) + label_distance);
+        const double distance = side * (18.0 + 24.0 * std::abs(std::cos(angle)));
+        const Point label = at(angle, drawn_radius(deviation) + distance);
         m_out << fmt::format("<circle cx=\"{:.2f}\" cy=\"{:.2f}\" r=\"3.6\" fill=\"{}\"/>\n", p.x, p.y,
                              curve);
         text({label.x, label.y + 4}, "middle", 12, curve, fmt::format("{:+.2f} µm", deviation * 1000.0),
@@ -298,8 +303,8 @@ private:
             text({panel_x + 46, y + 4}, "start", 12, ink, name);
             y += 24;
         };
-        entry(curve, 1.6, "", "measured");
-        if (m_picture.known_deviation) entry(known, 4, " opacity=\"0.45\"", "known form of the part");
+        entry(curve, 1.1, "", "measured");
+        if (m_picture.known_deviation) entry(known, 1.6, "", "known form of the part");
         entry(ink, 1.3, "", "least-squares circle");
         entry(curve, 1, " stroke-dasharray=\"3 4\"", "highest and lowest point");
     }

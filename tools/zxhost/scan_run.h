@@ -10,13 +10,19 @@
 
 namespace zxhost {
 
-using PointSink = std::function<void(const std::vector<double>&)>;
+// Where the points of a scan go.
+struct PointSink {
+    std::function<void(const std::vector<double>&)> add;
+    std::function<void()> flush = nullptr;  // after each handful
+};
 
 // Fetches the points that wait in a scan of this class.
 template <class Scan>
 HostLoop::TakeResults draining(PointSink sink) {
     return [sink = std::move(sink), point = std::vector<double>()](MMachCommand& command) mutable {
-        while (static_cast<Scan&>(command).GetNextScanPoint(point)) sink(point);
+        bool any = false;
+        for (; static_cast<Scan&>(command).GetNextScanPoint(point); any = true) sink.add(point);
+        if (any && sink.flush) sink.flush();
     };
 }
 
@@ -31,10 +37,11 @@ std::size_t run_scan(VerbHost& host, const std::string& name, const HostLoop::Ma
     host.run({.name = name,
               .class_name = Scan::ClassName(),
               .make = make,
-              .take = draining<Scan>([&](const std::vector<double>& point) {
-                  ++count;
-                  sink(point);
-              }),
+              .take = draining<Scan>({[&](const std::vector<double>& point) {
+                                          ++count;
+                                          sink.add(point);
+                                      },
+                                      sink.flush}),
               .progress = [&] { return std::to_string(count) + " points"; }});
     return count;
 }

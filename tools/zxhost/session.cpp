@@ -104,16 +104,21 @@ void Session::go_to_start() {
              .class_name = MMachInitCommand::ClassName(),
              .make = [&](MOutputChannel* channel) { return machine.NewMMachInitCommand(channel, {}); },
              .progress = [&] { return positions_text(machine, all); }});
-    const double outside = 1.0 + m_options.clearance / m_circle.parameters[3];
-    const double* const centre = m_circle.parameters;
-    std::vector<std::string> aside{target("x", centre[0] + (start_x(m_circle) - centre[0]) * outside),
-                                   target("y", centre[1] + (start_y(m_circle) - centre[1]) * outside)};
+    std::vector<std::string> start = aside();
     // The part is described as it lies with its turning axis at zero.
     if (m_known && machine.IsAxisActive(m_known->spindle))
-        aside.push_back(target(m_known->spindle.c_str(), 0.0));
-    move("move", aside);
-    move("move", {target("z", centre[2])});
-    move("move", {target("x", start_x(m_circle)), target("y", start_y(m_circle))});
+        start.push_back(target(m_known->spindle.c_str(), 0.0));
+    move(start);
+    move({target("z", m_circle.parameters[2])});
+    move({target("x", start_x(m_circle)), target("y", start_y(m_circle))});
+}
+
+// The start of the circle, and the clearance away from the ring.
+std::vector<std::string> Session::aside() const {
+    const double* const centre = m_circle.parameters;
+    const double outside = 1.0 + m_options.clearance / m_circle.parameters[3];
+    return {target("x", centre[0] + (start_x(m_circle) - centre[0]) * outside),
+            target("y", centre[1] + (start_y(m_circle) - centre[1]) * outside)};
 }
 
 void Session::measure() {
@@ -136,16 +141,21 @@ void Session::measure() {
                        [&](MOutputChannel* channel) {
                            return machine.NewMMachScancircleCommand(channel, m_circle);
                        },
-                   .take = draining<MMachScancircleCommand>([&](const std::vector<double>& point) {
-                       csv.add(point);
-                       if (point.size() >= 2) m_points.push_back({point[0], point[1]});
-                   }),
+                   .take = draining<MMachScancircleCommand>({[&](const std::vector<double>& point) {
+                                                                 csv.add(point);
+                                                                 if (point.size() >= 2)
+                                                                     m_points.push_back({point[0], point[1]});
+                                                             },
+                                                             [&] { csv.flush(); }}),
                    .progress = [&] { return std::to_string(m_points.size()) + " points"; }});
     close_output(out, file("ring.csv"));
 }
 
+// Away from the part first, then up, then home.
 void Session::leave() {
     MMachAbstract& machine = m_host.machine();
+    move(aside());
+    move({"z=max"});
     const std::vector<std::string> all = active_axes(machine);
     command("movehome",
             {.name = "movehome",
@@ -211,11 +221,11 @@ void Session::command(const std::string& line, const Action& action) {
     m_prose << fmt::format("  done in {:.2f} s", took.count()) << std::endl;
 }
 
-void Session::move(const std::string& line, const std::vector<std::string>& texts) {
+void Session::move(const std::vector<std::string>& texts) {
     MMachAbstract& machine = m_host.machine();
-    const MMachAxisTargets targets = parse_targets(texts, TargetForms::Absolute);
+    const MMachAxisTargets targets = parse_targets(texts, TargetForms::RelativeAndLimits);
     const std::vector<std::string> axes = names_of(targets);
-    command(line + " " + joined(texts),
+    command("move " + joined(texts),
             {.name = "move",
              .class_name = MMachMoveCommand::ClassName(),
              .make = [&](MOutputChannel* channel) { return machine.NewMMachMoveCommand(channel, targets); },

@@ -37,7 +37,8 @@ private:
 
     void heading(const std::string& text);
     void command(const std::string& line, const Action& action);
-    void move(const std::string& line, const std::vector<std::string>& targets);
+    void move(const std::vector<std::string>& targets);
+    std::vector<std::string> aside() const;
     void write_picture(const RingFit& fit);
     void write_report(const RingFit& fit);
     std::string file(const std::string& name) const { return m_options.out + "/" + name; }

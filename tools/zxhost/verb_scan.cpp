@@ -39,6 +39,10 @@ public:
             m_points.push_back(point);
     }
 
+    void flush() {
+        if (m_csv) m_csv->flush();
+    }
+
     void show(VerbHost& host, const std::vector<std::string>& names, std::size_t count) {
         if (m_csv) {
             close_output(m_out, m_file);
@@ -84,7 +88,8 @@ void scan(VerbHost& host, const ScanOptions& options, const HostLoop::MakeComman
     PointStore store(host, options, name);
     select_scan_data(host, options.data);
     const std::size_t count =
-        run_scan<Scan>(host, name, make, [&](const std::vector<double>& point) { store.add(point); });
+        run_scan<Scan>(host, name, make,
+                       {[&](const std::vector<double>& point) { store.add(point); }, [&] { store.flush(); }});
     store.show(host, options.data, count);
 }
 

@@ -28,7 +28,7 @@ void expect_in_order(const std::string& text, const std::vector<std::string>& pa
 }
 
 TEST(ZxhostSession, TellsAllInOrderAndFindsTheRing) {
-    const Simulator machine({"--speed", "max"}, false);
+    const Simulator machine({"--speed", "max"}, Edits{});
     const Host host;
     const std::string out = (host.directory / "made/out").string();
     const ProcessResult result =
@@ -63,7 +63,7 @@ TEST(ZxhostSession, TellsAllInOrderAndFindsTheRing) {
 }
 
 TEST(ZxhostSession, ReportsForPrograms) {
-    const Simulator machine({"--speed", "max"}, false);
+    const Simulator machine({"--speed", "max"}, Edits{});
     const Host host;
     const ProcessResult result = host.run(machine, {"--format", "json", "session", "--truth",
                                                     machine.machine_file(), "--out", host.directory.path()});
@@ -76,7 +76,7 @@ TEST(ZxhostSession, ReportsForPrograms) {
 }
 
 TEST(ZxhostSession, AnotherPartIsNotTakenForTheKnownOne) {
-    const Simulator machine({"--speed", "max"}, false);
+    const Simulator machine({"--speed", "max"}, Edits{});
     const Host host;
     std::string other = text_of(machine.machine_file());
     other.replace(other.find("radius=25.0045"), 14, "radius=25.0145");
@@ -90,7 +90,7 @@ TEST(ZxhostSession, AnotherPartIsNotTakenForTheKnownOne) {
 }
 
 TEST(ZxhostSession, WorksWithoutTruth) {
-    const Simulator machine({"--speed", "max"}, false);
+    const Simulator machine({"--speed", "max"}, Edits{});
     const Host host;
     const ProcessResult result = host.run(
         machine, {"session", "--centre", "10", "-5", "20", "--radius", "25", "--out", host.directory.path()});
@@ -100,7 +100,7 @@ TEST(ZxhostSession, WorksWithoutTruth) {
 
 // Each command of the page does what the page says, one after the other on one machine.
 TEST(HostToolPage, ItsExamplesWork) {
-    const Simulator machine({"--speed", "max"}, false);
+    const Simulator machine({"--speed", "max"}, Edits{});
     const Host host;
     std::filesystem::create_directories(host.directory / "machines");
     std::filesystem::copy_file(machine.machine_file(), host.directory / "machines/round4.ini");

@@ -20,11 +20,13 @@ std::string text_of(const std::string& file) {
     return text.str();
 }
 
-std::string round_machine(bool initialized) {
+std::string round_machine(const Edits& edits) {
     std::string text = text_of(ZX_ROUND_MACHINE);
-    const std::size_t at = text.find("initialized=0");
-    if (at == std::string::npos) throw std::runtime_error("the machine's file has no initialized=0");
-    if (initialized) text[at + std::string("initialized=").size()] = '1';
+    for (const auto& [from, to] : edits) {
+        const std::size_t at = text.find(from);
+        if (at == std::string::npos) throw std::runtime_error("the machine's file has no " + from);
+        text.replace(at, from.size(), to);
+    }
     return text;
 }
 
@@ -41,8 +43,8 @@ Directory::~Directory() {
     fs::remove_all(m_path, ignored);
 }
 
-Simulator::Simulator(const Words& more, bool initialized) {
-    std::ofstream(machine_file()) << round_machine(initialized);
+Simulator::Simulator(const Words& more, const Edits& edits) {
+    std::ofstream(machine_file()) << round_machine(edits);
     Words words{"--port", "0", "--machine", machine_file()};
     words.insert(words.end(), more.begin(), more.end());
     m_process = std::make_unique<Process>(ZX_SIMULATOR_PROGRAM, words);

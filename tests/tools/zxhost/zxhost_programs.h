@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "process.h"
@@ -26,10 +27,14 @@ private:
     std::filesystem::path m_path;
 };
 
-// One simulated machine on a port of its own. Starts with the reference marks found unless told otherwise.
+// Changes of the machine's description: what stands there, and what shall.
+using Edits = std::vector<std::pair<std::string, std::string>>;
+const Edits initialized{{"initialized=0", "initialized=1"}};
+
+// One simulated machine for round parts on a port of its own.
 class Simulator {
 public:
-    explicit Simulator(const Words& more = {"--speed", "max"}, bool initialized = true);
+    explicit Simulator(const Words& more = {"--speed", "max"}, const Edits& edits = initialized);
 
     const std::string& port() const { return m_port; }
     std::string machine_file() const { return (m_directory / "machine.ini").string(); }

@@ -165,7 +165,7 @@ TEST_F(ZxhostTest, WrongUsageIsRefusedBeforeTheMachineIsAsked) {
 }
 
 TEST_F(ZxhostTest, AMachineThatIsNotInitializedSaysHowToBecomeIt) {
-    const Simulator fresh({"--speed", "max"}, false);
+    const Simulator fresh({"--speed", "max"}, Edits{});
     const ProcessResult refused = host.run(fresh, {"move", "x=1"});
     EXPECT_EQ(refused.exit_status, 1);
     EXPECT_NE(refused.err.find("machine: not initialized"), std::string::npos) << refused.err;
@@ -263,10 +263,11 @@ TEST(ZxhostInterrupt, CtrlCAbortsTheMotionAndWaitsForItsEnd) {
 }
 
 TEST(ZxhostInterrupt, CtrlCInAScanKeepsThePointsThatCame) {
-    const Simulator slow({"--speed", "1"});
+    const Simulator slow({"--speed", "1"}, {initialized[0],
+                                            {"[axis x]", "[axis x]\nstart=35"},
+                                            {"[axis y]", "[axis y]\nstart=-5"},
+                                            {"start=300", "start=20"}});
     const Host host;
-    ASSERT_EQ(host.run(slow, {"set", "speed=10000"}).exit_status, 0);
-    ASSERT_EQ(host.run(slow, {"set", "z=20", "x=35", "y=-5"}).exit_status, 0);
     const std::string file = (host.directory / "part.csv").string();
     const auto process = host.start(slow, {"--progress", "scan", "circle", "--centre", "10", "-5", "20",
                                            "--radius", "25", "--csv", file});
@@ -276,7 +277,11 @@ TEST(ZxhostInterrupt, CtrlCInAScanKeepsThePointsThatCame) {
     ASSERT_TRUE(scanning) << result.err;
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_NE(result.err.find("scancircle: aborted"), std::string::npos) << result.err;
-    EXPECT_TRUE(std::filesystem::exists(file));
+    std::ifstream in(file);
+    std::string line;
+    int lines = 0;
+    while (std::getline(in, line)) ++lines;
+    EXPECT_GT(lines, 4);
 }
 
 TEST(ZxhostInterrupt, ASecondCtrlCLeavesAtOnce) {
