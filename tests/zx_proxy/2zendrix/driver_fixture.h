@@ -39,6 +39,7 @@ public:
     using M2ZendrixMachAbstract::convert_capabilities;
     using M2ZendrixMachAbstract::enable_supported_commands;
     using M2ZendrixMachAbstract::end_ignore_not_loaded_error;
+    using M2ZendrixMachAbstract::GetFirstKeypadAxisByList;
     using M2ZendrixMachAbstract::M2ZendrixMachAbstract;
     using M2ZendrixMachAbstract::read_app_ini_file;
     using M2ZendrixMachAbstract::update_cached_axes_values;

@@ -16,6 +16,7 @@ TEST(BareMessage, TakesOffKeywordAndQuotes) {
 TEST(BareMessage, TakesOffOneOfEachOnly) {
     EXPECT_EQ(bare_message("error error \"\"x\"\""), "error \"\"x\"");
     EXPECT_EQ(bare_message("\"error x\""), "error x");
+    EXPECT_EQ(bare_message("error data x"), "data x");
     EXPECT_EQ(bare_message("Error \"x\""), "Error \"x");
     EXPECT_EQ(bare_message(" error x"), " error x");
     EXPECT_EQ(bare_message("\""), "");

@@ -6,7 +6,8 @@
 // docs/errors.md where each failure is reported.
 //
 // The sources are split by subject: _connection (Open to Close), _config (the ini file), _events (callbacks),
-// _capabilities (the picture of the machine), _machine (what the host asks of it), _factories (the commands).
+// _capabilities (the picture of the machine), _machine, _queries and _probes (what the host asks of it),
+// _factories (the commands).
 #pragma once
 
 #include <atomic>
@@ -51,14 +52,59 @@ public:
     const MMachAxisInfo* GetNextAxisInfo() override;
     double GetAxisValue(const char* axis) override;
 
-    // What the machine has.
+    // Which axes may go together.
+    bool IsScanningPossibleWith(const AxisSet& axes) override;
+    bool IsMovePossibleWith(const AxisSet& axes) override;
+    bool IsLimitMovePossibleWith(const AxisSet& axes) override;
+    bool IsZeroMovePossibleWith(const AxisSet& axes) override;
+
+    // Keypad, spin axes, initialisation and wobble.
     bool HasKeypad() override;
+    const char* GetFirstKeypadAxis() override;
+    const char* GetNextKeypadAxis() override;
+    const char* GetFirstActiveKeypadAxis() override;
+    const char* GetNextActiveKeypadAxis() override;
+    bool IsKeypadAxis(const std::string& axis) override;
     bool HasSpin() override;
+    const char* GetFirstSpinAxis() override;
+    const char* GetNextSpinAxis() override;
+    const char* GetFirstActiveSpinAxis(double* value) override;
+    const char* GetNextActiveSpinAxis(double* value) override;
+    bool IsSpinAxis(const std::string& axis) override;
     bool Reserved42() override;
-    bool HasProbesystems() override;
-    bool HasProbes() override;
     bool HasInitList() override;
     bool IsInitialized() override;
+    bool IsInInitList(const std::string& axis) override;
+    bool IsAxisInitialized(const std::string& axis) override;
+    void GetWobbleParameters(MMachWobbleParameters& parameters) override;
+
+    // Autoinfo.
+    bool StartAutoinfo(unsigned long long tag, unsigned interval,
+                       const std::vector<std::string>& axes) override;
+    void StopAutoinfo() override;
+    bool GetAutoinfo(std::vector<double>& record) override;
+    bool IsAutoinfoActive() override;
+
+    // Probe systems and probes.
+    bool HasProbesystems() override;
+    bool IsProbesystemDefined(const std::string& name) override;
+    const std::string* GetFirstSupportedProbesystem() override;
+    const std::string* GetNextSupportedProbesystem() override;
+    bool IsProbesystemIdDefined(const std::string& name, long id) override;
+    std::vector<CProbesystemEntry> ListProbesystems(const std::string& name, long id) override;
+    bool IsProbesystemLoaded() override;
+    bool IsProbesystemSupported(const std::string& name) override;
+    std::string GetActiveProbesystemName() override;
+    long GetActiveProbesystemIdNum() override;
+    MMachProbesystemType GetActiveProbesystemType() override;
+    bool HasProbes() override;
+    bool IsProbeDefined(long probe) override;
+    bool IsTipDefined(long probe, long tip) override;
+    std::vector<CProbe> ListProbes(long probe, long tip) override;
+    int GetMaxProbeNum() override;
+    int GetMinProbeNum() override;
+    int GetActiveProbeNum() override;
+    int GetActiveTipNum() override;
 
     // Factories.
     MMachGetCommand* NewMMachGetCommand(MOutputChannel* channel,
@@ -146,6 +192,24 @@ protected:
     void notify(const char* callback);
     void add_finished_id(const char* function, long id);
     bool is_ignored_error(const std::string& text);
+    bool is_possible_with(const char* word, const AxisSet& axes);
+    const char* GetFirstKeypadAxisByList(KeypadAxisList& list);
+    bool rebuild_keypad_list(KeypadAxisList& list, CZendrixCOM& client);
+
+    // What a query of probes asks, and how it speaks in the error log.
+    struct ProbeQuery {
+        const char* name;
+        const char* operation;
+        bool (MMachAbstract::*available)();
+        bool bare_errors = false;  // strip the client's text, and keep silent if nothing is left of it
+    };
+    template <class Call>
+    bool ask_probes(const ProbeQuery& query, Call call);
+    std::vector<CProbesystemList> ask_probesystems(const char* query, const std::string& name);
+    std::string ask_active_probesystem(const char* query, bool bare_errors);
+    std::vector<CProbe> ask_probe_list(const char* query, long probe, long tip);
+    int ask_highest_number(const char* query, const char* axis);
+    int ask_active_number(const char* query, const char* axis);
     void begin_ignore_not_loaded_error();
     void end_ignore_not_loaded_error();
 
@@ -210,7 +274,7 @@ protected:
     os::Mutex m_initListLock;
     std::set<std::string> m_initList OS_GUARDED_BY(m_initListLock);
     std::map<std::string, int> m_supportedProbesystems;
-    std::map<std::string, int>::iterator m_supportedProbesystemsNext = m_supportedProbesystems.end();
+    std::map<std::string, int>::iterator m_supportedProbesystemsAt = m_supportedProbesystems.end();
     os::Mutex m_ignoredErrorsLock;
     std::set<std::string> m_ignoredErrors OS_GUARDED_BY(m_ignoredErrorsLock);
 

@@ -152,11 +152,3 @@ double M2ZendrixMachAbstract::GetAxisValue(const char* axis) {
     }
     return unknown_value;
 }
-
-bool M2ZendrixMachAbstract::HasKeypad() { return m_hasKeypad; }
-bool M2ZendrixMachAbstract::HasSpin() { return m_hasSpin; }
-bool M2ZendrixMachAbstract::Reserved42() { return false; }
-bool M2ZendrixMachAbstract::HasProbesystems() { return m_hasProbesystems; }
-bool M2ZendrixMachAbstract::HasProbes() { return m_hasProbes; }
-bool M2ZendrixMachAbstract::HasInitList() { return m_hasInitList; }
-bool M2ZendrixMachAbstract::IsInitialized() { return GetAxisValue("init") != 0.0; }
