@@ -1,4 +1,7 @@
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include "os/directories.h"
 #include "os/environment.h"
@@ -21,6 +24,16 @@ bool make_directories(const std::string& path) {
     mkdir(native.c_str(), 0777);
     struct stat info {};
     return stat(native.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+bool current_directory(std::string& path) {
+    std::string buffer(256, '\0');
+    while (!getcwd(buffer.data(), buffer.size())) {
+        if (errno != ERANGE) return false;
+        buffer.resize(2 * buffer.size());
+    }
+    path = buffer.c_str();
+    return true;
 }
 
 }  // namespace os

@@ -1,6 +1,8 @@
 #include "fileops.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 
 #include "faulty_files.h"
@@ -73,28 +75,76 @@ TEST_F(FileopsTest, ExistsIsTrueOfDirectoriesToo) {
     EXPECT_FALSE(file_exists(m_directory.path("missing").c_str()));
 }
 
-std::string dirname_of(const char* path) {
-    char target[100] = "untouched";
-    const char* const result = file_dirname(path, target);
-    EXPECT_TRUE(result == target || result == nullptr);
-    return (result ? "" : "null:") + std::string(target);
+TEST_F(FileopsTest, RenameReplaces) {
+    const std::string from = m_directory.file("from", "new");
+    const std::string to = m_directory.file("to", "old");
+    EXPECT_TRUE(file_rename(from.c_str(), to.c_str()));
+    EXPECT_EQ("new", m_directory.content("to"));
+    EXPECT_FALSE(file_rename(from.c_str(), to.c_str()));
+    EXPECT_EQ(Texts{"file_rename(): MoveFileEx(" + from + "," + to + ") failed: 2"}, trace_reports());
+    EXPECT_TRUE(file_remove(to.c_str()));
+    EXPECT_FALSE(file_remove(to.c_str()));
 }
 
-TEST_F(FileopsTest, DirnameEndsInABackslash) {
-    EXPECT_EQ("a/b\\", dirname_of("a/b/c"));
-    EXPECT_EQ("a\\", dirname_of("a\\b"));
-    EXPECT_EQ("\\", dirname_of("/abc"));
-    EXPECT_EQ("a/\\", dirname_of("a//b"));
-    EXPECT_EQ("a/b\\", dirname_of("a/b/"));
-    EXPECT_EQ("null:untouched", dirname_of("abc"));
-    EXPECT_EQ("null:untouched", dirname_of(""));
+TEST_F(FileopsTest, MakeWritableAsksTheSystemOnlyIfNeeded) {
+    const std::string path = m_directory.file("file", "x");
+    FaultyFiles files;
+    EXPECT_TRUE(file_make_writable(path.c_str()));
+    EXPECT_EQ(0, files.calls("make_writable"));
+    files.fail("access", 2, EACCES);
+    EXPECT_TRUE(file_make_writable(path.c_str()));
+    EXPECT_EQ(1, files.calls("make_writable"));
+    EXPECT_FALSE(file_make_writable(m_directory.path("missing").c_str()));
 }
 
-TEST_F(FileopsTest, BasenameIsTheLastPart) {
-    EXPECT_STREQ("abc", file_basename("abc"));
-    EXPECT_STREQ("c", file_basename("a\\b/c"));
-    EXPECT_STREQ("", file_basename("a/"));
-    EXPECT_EQ(nullptr, file_basename(""));
+TEST_F(FileopsTest, IsNotDirectory) {
+    EXPECT_TRUE(file_is_not_directory(m_directory.file("file", "").c_str()));
+    EXPECT_FALSE(file_is_not_directory(m_directory.path().c_str()));
+    EXPECT_FALSE(file_is_not_directory(m_directory.path("missing").c_str()));
+}
+
+TEST_F(FileopsTest, ReadsTheFirstLine) {
+    char buffer[20];
+    const std::string path = m_directory.file("file", "first line\nsecond\n");
+    EXPECT_STREQ("first line\n", file_read_first_line((m_directory.path() + "\\file").c_str(), buffer, 20));
+    EXPECT_STREQ("firs", file_read_first_line(path.c_str(), buffer, 5));
+    EXPECT_EQ(nullptr, file_read_first_line(m_directory.file("empty", "").c_str(), buffer, 20));
+    EXPECT_EQ(nullptr, file_read_first_line(m_directory.path("missing").c_str(), buffer, 20));
+}
+
+std::string backslashed(std::string path) {
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+TEST_F(FileopsTest, FullPathIsOfWhatExists) {
+    std::filesystem::create_directory(m_directory.path("sub"));
+    char target[260] = "untouched";
+    const std::string path = m_directory.path("sub/../sub/./");
+    EXPECT_EQ(target, file_fullpath(path.c_str(), target));
+    EXPECT_EQ(backslashed(m_directory.path("sub")), target);
+    EXPECT_EQ(target, file_fullpath(".", target));
+    EXPECT_EQ(backslashed(std::filesystem::current_path().string()), target);
+    char* const own = file_fullpath(m_directory.path().c_str(), nullptr);
+    ASSERT_NE(nullptr, own);
+    EXPECT_EQ(backslashed(m_directory.path()), own);
+    std::free(own);
+    EXPECT_EQ(nullptr, file_fullpath(m_directory.path("missing").c_str(), target));
+    EXPECT_EQ(1U, trace_reports().size());
+    EXPECT_EQ(nullptr, file_fullpath(std::string(300, 'x').c_str(), target));
+}
+
+TEST_F(FileopsTest, IsInsideAtAnyDepth) {
+    std::filesystem::create_directories(m_directory.path("a/b"));
+    std::filesystem::create_directories(m_directory.path("ab"));
+    const std::string a = m_directory.path("a");
+    EXPECT_TRUE(file_is_inside(m_directory.path("a/b").c_str(), a.c_str()));
+    EXPECT_TRUE(file_is_inside(m_directory.path("a/b").c_str(), m_directory.path().c_str()));
+    EXPECT_FALSE(file_is_inside(m_directory.path("ab").c_str(), a.c_str()));
+    EXPECT_FALSE(file_is_inside(a.c_str(), a.c_str()));
+    EXPECT_FALSE(file_is_inside(a.c_str(), m_directory.path("a/b").c_str()));
+    EXPECT_FALSE(file_is_inside(m_directory.path("a/missing").c_str(), a.c_str()));
+    EXPECT_EQ(1U, trace_reports().size());
 }
 
 }  // namespace

@@ -12,4 +12,7 @@ std::string user_state_directory();
 // Makes the directory and those above it. True if it is there afterwards.
 bool make_directories(const std::string& path);
 
+// The current directory of the process. False, with last_error() of os/error.h, if the system refuses.
+bool current_directory(std::string& path);
+
 }  // namespace os
