@@ -251,6 +251,25 @@ public:
     bool TestAxisD(const std::string& axis);  // has the name of a rotary axis
     bool TestAxisE(const std::string& axis);  // bounded and on the keypad
 
+    // Which axes take the roles of a raster: first, second and third axis, and rotary axis. Null leaves a role
+    // empty, also where its axis is inactive; all four may stay empty. False, with the results as they were
+    // and an error on the channel, for a request that is none or mixes groups of axes. The results are
+    // constant texts but for a request of one axis outside the groups: that is its key in `axes`.
+    // No state; the caller's thread.
+    bool GetRasterAxes(MOutputChannel& channel, const AxisTargetMap& axes, const char*& raster1,
+                       const char*& raster2, const char*& raster3, const char*& rotary);
+    // A circle moves in x, y and z by nature; the axes with a target in the record join them.
+    bool GetRasterAxes(MOutputChannel& channel, const MMachCircle& circle, const char*& raster1,
+                       const char*& raster2, const char*& raster3, const char*& rotary);
+    // A polygon: the axes of all its points.
+    bool GetRasterAxes(MOutputChannel& channel, const std::vector<AxisTargetMap>& groups,
+                       const char*& raster1, const char*& raster2, const char*& raster3,
+                       const char*& rotary);
+    // The same for a scan base: one active axis of any name, or some of x, y, z and c. After an error the
+    // roles filled so far stay. A result for a single axis is its key in `axes`.
+    bool GetScanbaseAxes(MOutputChannel& channel, const AxisSet& axes, const char*& raster1,
+                         const char*& raster2, const char*& raster3, const char*& rotary);
+
 protected:
     MOutputChannel* m_pOutput;
     MMachNotifier* m_pNotifier;

@@ -20,6 +20,10 @@ struct MMachAxisInfo {
     std::set<double> values;  // the allowed values of an axis whose step is zero
 };
 
+// Do the records describe the same axis? Only the fields that count for its kind are compared: two inactive
+// axes of one name are equal, limits count for bounded axes, allowed values for axes without a step.
+bool operator==(const MMachAxisInfo& a, const MMachAxisInfo& b);
+
 // MMachAxisInfo::flags
 enum : std::uint32_t {
     MMACH_AXIS_KIND_3 = 1,        // kind of the CAxis is 3
