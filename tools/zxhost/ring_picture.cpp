@@ -133,6 +133,10 @@ private:
         for (int i = -rings_a_side(); i <= rings_a_side(); ++i)
             if (i != 0) circle(drawn_radius(i * grid_step()), grid, 1);
         circle(ring_radius, ink, 1.3);
+        const auto& deviations = m_picture.fit.deviations;
+        const auto [low, high] = std::minmax_element(deviations.begin(), deviations.end());
+        circle(drawn_radius(*low), curve, 1, " stroke-dasharray=\"3 4\"");
+        circle(drawn_radius(*high), curve, 1, " stroke-dasharray=\"3 4\"");
     }
 
     void ring_labels() {
@@ -236,8 +240,6 @@ private:
     void extremes() {
         const auto& deviations = m_picture.fit.deviations;
         const auto [low, high] = std::minmax_element(deviations.begin(), deviations.end());
-        circle(drawn_radius(*low), curve, 1, " stroke-dasharray=\"3 4\"");
-        circle(drawn_radius(*high), curve, 1, " stroke-dasharray=\"3 4\"");
         extreme(static_cast<std::size_t>(low - deviations.begin()), -1.0);
         extreme(static_cast<std::size_t>(high - deviations.begin()), 1.0);
     }
