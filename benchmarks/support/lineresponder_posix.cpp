@@ -39,42 +39,74 @@ void send_all(int socket, std::string_view bytes) {
     }
 }
 
-void answer(int socket, std::string_view line, std::size_t points) {
-    const std::string id(line.substr(0, line.find('\t')));
-    const std::string_view words = line.substr(id.size() + 1);
-    if (words.starts_with("get")) {
-        send_all(socket, id + "\tdata 12.345678\r\n" + id + "\tready\r\n");
-    } else if (words.starts_with("scancircle")) {
-        send_all(socket, id + "\taccepted\r\n" + point_lines(id, points) + id + "\tready\r\n");
-    } else if (words == "commands") {
-        send_all(socket, id + "\tdata \"scan\"\r\n" + id + "\tdata \"scancircle\"\r\n" + id + "\tready\r\n");
-    } else {
-        send_all(socket, id + "\tready\r\n");
-    }
+// Puts another id of the same length into all lines.
+void renumber(std::string& lines, std::string_view id) {
+    for (std::size_t at = 0; at < lines.size(); at = lines.find('\n', at) + 1)
+        lines.replace(at, id.size(), id);
 }
 
-[[noreturn]] void serve(int socket, std::size_t points) {
-    without_delay(socket);
-    send_all(socket, "0000\thello \"bare\" 2.2 simulated\r\n");
-    std::string input;
-    std::array<char, 4096> buffer;
-    for (;;) {
-        const ssize_t count = ::recv(socket, buffer.data(), buffer.size(), 0);
-        if (count <= 0) std::_Exit(0);
-        input.append(buffer.data(), static_cast<std::size_t>(count));
-        for (std::size_t end = input.find('\n'); end != std::string::npos; end = input.find('\n')) {
-            answer(socket, std::string_view(input).substr(0, end - 1), points);
-            input.erase(0, end + 1);
+// One connection and its requests.
+class Session {
+public:
+    Session(int socket, std::string points) : m_socket(socket), m_points(std::move(points)) {
+        without_delay(socket);
+        send_all(socket, "0000\thello \"bare\" 2.2 simulated\r\n");
+    }
+
+    [[noreturn]] void run() {
+        for (;;) answer(next());
+    }
+
+private:
+    std::string next() {
+        std::array<char, 4096> buffer;
+        std::size_t end = 0;
+        while ((end = m_input.find('\n')) == std::string::npos) {
+            const ssize_t count = ::recv(m_socket, buffer.data(), buffer.size(), 0);
+            if (count <= 0) std::_Exit(0);
+            m_input.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+        std::string line = m_input.substr(0, end - 1);
+        m_input.erase(0, end + 1);
+        return line;
+    }
+
+    void answer(const std::string& line) {
+        const std::string id = line.substr(0, line.find('\t'));
+        const std::string_view words = std::string_view(line).substr(id.size() + 1);
+        if (words.starts_with("get")) {
+            send_all(m_socket, id + "\tdata 12.345678\r\n" + id + "\tready\r\n");
+        } else if (words == "commands") {
+            send_all(m_socket,
+                     id + "\tdata \"scan\"\r\n" + id + "\tdata \"scancircle\"\r\n" + id + "\tready\r\n");
+        } else if (words.starts_with("scancircle")) {
+            scan(id);
+        } else {
+            send_all(m_socket, id + "\tready\r\n");
         }
     }
-}
 
-[[noreturn]] void accept_all(int listener, std::size_t points) {
+    // The client gives the machine back before the points come, as it does with a machine that moves.
+    void scan(const std::string& id) {
+        if (id.size() != 4) std::_Exit(1);
+        renumber(m_points, id);
+        send_all(m_socket, id + "\taccepted\r\n");
+        answer(next());
+        send_all(m_socket, m_points);
+        send_all(m_socket, id + "\tready\r\n");
+    }
+
+    int m_socket;
+    std::string m_points;
+    std::string m_input;
+};
+
+[[noreturn]] void accept_all(int listener, const std::string& points) {
     std::signal(SIGCHLD, SIG_IGN);
     for (;;) {
         const int socket = ::accept(listener, nullptr, nullptr);
         if (socket < 0) std::_Exit(1);
-        if (::fork() == 0) serve(socket, points);
+        if (::fork() == 0) Session(socket, points).run();
         ::close(socket);
     }
 }
@@ -112,7 +144,7 @@ LineResponder::LineResponder(Cores cores, std::size_t points) {
     m_process = ::fork();
     if (m_process == 0) {
         stay_on(cores);
-        accept_all(listener, points);
+        accept_all(listener, point_lines("0000", points));
     }
     ::close(listener);
 }
