@@ -20,6 +20,24 @@ TEST(ClockTest, TheSystemsClockNeverGoesBack) {
     }
 }
 
+TEST(ClockTest, TheCoarseCounterIsNeverAheadAndNeverGoesBack) {
+    os::MonotonicClock& clock = os::monotonic_clock();
+    EXPECT_GE(clock.coarse_lag(), 0);
+    std::int64_t last = clock.coarse_counter();
+    for (int i = 0; i < 1000; ++i) {
+        const std::int64_t coarse = clock.coarse_counter();
+        EXPECT_GE(coarse, last);
+        EXPECT_LE(coarse, clock.counter());
+        last = coarse;
+    }
+}
+
+TEST(ClockTest, WithoutACoarseCounterTheExactOneServes) {
+    StoppedClock stopped;
+    EXPECT_EQ(7, stopped.coarse_counter());
+    EXPECT_EQ(0, stopped.coarse_lag());
+}
+
 TEST(ClockTest, CanBeReplacedAndPutBack) {
     os::MonotonicClock* const system = &os::monotonic_clock();
     StoppedClock stopped;

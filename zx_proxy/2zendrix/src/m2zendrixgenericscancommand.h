@@ -5,11 +5,11 @@
 // one after the other.
 #pragma once
 
-#include <deque>
 #include <vector>
 
 #include "m2zendrixcommand.h"
 #include "mstopwatch.h"
+#include "scanpointqueue.h"
 
 class M2ZendrixGenericScanCommand : public M2ZendrixCommand {
 public:
@@ -23,12 +23,11 @@ public:
 private:
     static void scan_callback(void* user, unsigned count, double* const values);
 
-    void append_point();
-    void notify_at_times();
+    void append_scratch();
+    void wake_host();
 
     os::Mutex m_scanLock;
-    std::deque<std::vector<double>> m_points OS_GUARDED_BY(m_scanLock);  // oldest first
-    std::vector<std::vector<double>> m_spares OS_GUARDED_BY(m_scanLock);
+    ScanPointQueue m_points OS_GUARDED_BY(m_scanLock);
     std::vector<double> m_scratch;  // the newest point; the client's thread alone
     MStopwatch m_notifyTimer;       // since the last wake-up; the client's thread alone
 };

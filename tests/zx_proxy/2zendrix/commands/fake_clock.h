@@ -17,8 +17,12 @@ public:
 
     std::int64_t counter() override { return m_counter.load(); }
     std::int64_t frequency() override { return m_frequency; }
+    std::int64_t coarse_counter() override { return m_counter.load() - m_lag; }
+    std::int64_t coarse_lag() override { return m_max_lag; }
 
     std::atomic<std::int64_t> m_counter{0};
+    std::int64_t m_lag = 0;      // how far the coarse counter is behind now
+    std::int64_t m_max_lag = 0;  // and at most
 
 private:
     std::int64_t m_frequency;

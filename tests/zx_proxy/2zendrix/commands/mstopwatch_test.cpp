@@ -33,6 +33,29 @@ TEST(MStopwatchTest, TheFrequencyIsTheClocks) {
     EXPECT_EQ(watch.elapsed(), 0.25);
 }
 
+TEST(MStopwatchTest, HasElapsedAsSoonAsElapsedSaysSo) {
+    FakeClock clock;
+    const MStopwatch watch;
+    EXPECT_TRUE(watch.has_elapsed(0.0));
+    clock.m_counter = 9;
+    EXPECT_FALSE(watch.has_elapsed(0.01));
+    clock.m_counter = 10;
+    EXPECT_TRUE(watch.has_elapsed(0.01));
+    clock.m_counter = 11;
+    EXPECT_TRUE(watch.has_elapsed(0.01));
+}
+
+TEST(MStopwatchTest, HasElapsedIsExactWhereverTheCoarseCounterStands) {
+    FakeClock clock;
+    clock.m_max_lag = 4;
+    const MStopwatch watch;
+    for (clock.m_lag = 0; clock.m_lag <= 4; ++clock.m_lag) {
+        for (clock.m_counter = 0; clock.m_counter < 20; ++clock.m_counter)
+            EXPECT_EQ(watch.has_elapsed(0.01), clock.m_counter >= 10)
+                << clock.m_lag << " " << clock.m_counter;
+    }
+}
+
 TEST(MStopwatchTest, TheSystemsClockRunsForward) {
     const MStopwatch watch;
     const double first = watch.elapsed();
