@@ -235,7 +235,8 @@ Arc Machine::checked_arc(const ArcRequest& request) const {
                          request.speed >= 0.0 && request.speed <= max_speed;
     if (!is_sane) throw Refused{Error::argument_out_of_range};
     const auto check = [&](double fraction) {
-        if (!m_axes[m_x].reaches(arc.first_at(fraction)) || !m_axes[m_y].reaches(arc.second_at(fraction))) {
+        const Arc::Point point = arc.at(fraction);
+        if (!m_axes[m_x].reaches(point.first) || !m_axes[m_y].reaches(point.second)) {
             throw Refused{Error::argument_out_of_range};
         }
     };
@@ -258,16 +259,16 @@ Motion Machine::along_arc(const ArcRequest& request, const Targets& others, Use 
         require_ready(axis);
     }
     Positions begin = standing();
-    begin[m_x] = arc.first_at(0.0);
-    begin[m_y] = arc.second_at(0.0);
+    begin[m_x] = arc.at(0.0).first;
+    begin[m_y] = arc.at(0.0).second;
     begin[m_z] = request.center.z - m_axes[m_z].offset;
     Positions end = reach(begin, others, use);
     for (const std::size_t axis : {m_x, m_y, m_z}) {
         // The arc itself says where these go.
         if (end[axis] != begin[axis]) throw Refused{Error::invalid_axis};
     }
-    end[m_x] = arc.first_at(1.0);
-    end[m_y] = arc.second_at(1.0);
+    end[m_x] = arc.at(1.0).first;
+    end[m_y] = arc.at(1.0).second;
     end[m_z] += request.height;
     if (!m_axes[m_z].reaches(begin[m_z]) || !m_axes[m_z].reaches(end[m_z])) {
         throw Refused{Error::argument_out_of_range};

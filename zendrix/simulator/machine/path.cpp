@@ -8,14 +8,10 @@
 
 namespace zendrix::sim {
 
-double Arc::first_at(double fraction) const {
+Arc::Point Arc::at(double fraction) const {
     const double r = radius + (end_radius - radius) * fraction;
-    return center_first + r * std::cos(radians(start + sweep * fraction));
-}
-
-double Arc::second_at(double fraction) const {
-    const double r = radius + (end_radius - radius) * fraction;
-    return center_second + r * std::sin(radians(start + sweep * fraction));
+    const double angle = radians(start + sweep * fraction);
+    return {center_first + r * std::cos(angle), center_second + r * std::sin(angle)};
 }
 
 Segment::Segment(const std::vector<Axis>& axes, std::vector<double> from, std::vector<double> to,
@@ -59,8 +55,9 @@ void Segment::positions_at(double length, std::vector<double>& positions) const 
         positions[i] = m_from[i] + (m_to[i] - m_from[i]) * fraction;
     }
     if (!m_arc) return;
-    positions[m_arc->first] = m_arc->first_at(fraction);
-    positions[m_arc->second] = m_arc->second_at(fraction);
+    const Arc::Point point = m_arc->at(fraction);
+    positions[m_arc->first] = point.first;
+    positions[m_arc->second] = point.second;
 }
 
 void Segment::shorten(double length) { m_profile = Profile(length, m_speed, m_acceleration); }

@@ -23,8 +23,12 @@ struct Arc {
     double start = 0.0;
     double sweep = 0.0;
 
-    double first_at(double fraction) const;
-    double second_at(double fraction) const;
+    // The positions of both axes.
+    struct Point {
+        double first;
+        double second;
+    };
+    Point at(double fraction) const;
 };
 
 // Positions are the machine's own, one per axis of the machine.

@@ -1,6 +1,7 @@
 // The virtual workpiece: where its surface lies, seen from a point near it.
 #pragma once
 
+#include <complex>
 #include <limits>
 #include <string>
 #include <vector>
@@ -49,16 +50,22 @@ private:
     struct Nominal {
         Vector3 normal;
         double height;
-        double angle;  // of the harmonics, radians
+        std::complex<double> direction;  // of the harmonics: cosine and sine of the angle
         bool is_beside;
     };
     Nominal nominal(const Vector3& point) const;
     Nominal round(const Vector3& from_center) const;
     Nominal sphere(const Vector3& from_center) const;
     Nominal plane(const Vector3& from_center) const;
-    double deviation(double angle) const;
+    double deviation(std::complex<double> direction) const;
+
+    struct Wave {
+        int waves;
+        std::complex<double> amplitude;  // turned back by the phase
+    };
 
     WorkpieceDescription m_description;
+    std::vector<Wave> m_waves;
     double m_sin_taper = 0.0;
     double m_cos_taper = 1.0;
     Vector3 m_along;  // plane: the direction in which the harmonics run

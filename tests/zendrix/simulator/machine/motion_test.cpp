@@ -44,8 +44,8 @@ TEST(Segment, TheSlowestAxisSetsThePace) {
 
 TEST(Segment, AnArcStaysOnItsCircle) {
     const Arc arc{0, 1, 5.0, -3.0, 10.0, 10.0, 30.0, -90.0};
-    const Segment segment(three_axes(), {arc.first_at(0), arc.second_at(0), 0},
-                          {arc.first_at(1), arc.second_at(1), 0}, 5.0, arc);
+    const Segment segment(three_axes(), {arc.at(0).first, arc.at(0).second, 0},
+                          {arc.at(1).first, arc.at(1).second, 0}, 5.0, arc);
     EXPECT_NEAR(segment.length(), 10.0 * pi / 2.0, 1e-9);
     std::vector<double> positions;
     for (int i = 0; i <= 100; ++i) {
