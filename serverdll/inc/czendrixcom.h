@@ -3,7 +3,9 @@
 //
 // Failure. Every operation that returns bool answers false on failure or, once ThrowExceptions(true) is in
 // force, throws CZendrixError. Operations that return a value give an empty one, or throw.
-// The client's own error callback runs before the call reports its failure.
+// The error callback runs before the call reports its failure, with the transaction's id or, for everything
+// else, with id 0: on the client's thread, and the call waits for it up to a second; or, if the call is made
+// inside a callback, on the spot. A call that fails for want of a connection runs none.
 //
 // Transactions. An operation with a `long* tid` writes the id there before the request leaves, so no callback
 // can speak of an id that the caller doesn't know yet; write and read it through std::atomic_ref where
@@ -104,11 +106,13 @@ class SERVERDLL_API CZendrixCOM {
 public:
     // Connects to `server`, "host port". The first callback, if given, receives one line of progress per
     // stage of connecting, on the caller's thread. Throws CZendrixError if no connection can be made; a
-    // server that connects but doesn't say a proper hello in time leaves a client without a connection.
+    // server that connects but doesn't say a proper hello in time leaves a client without a connection, whose
+    // calls all fail with the cause. Connecting takes at most 3 s and the hello 2 s; looking up a host's name
+    // takes what the system takes for it.
     CZendrixCOM(void (*progress)(void* user, const char* text), void* user, const char* server,
                 CZXConnection* connection);
     // Disconnects and ends the client's threads first; calls that wait on other threads fail at once.
-    // No callback runs after it has returned.
+    // No callback runs after it has returned. Not from inside a callback.
     ~CZendrixCOM();
     CZendrixCOM(const CZendrixCOM&) = delete;
     CZendrixCOM& operator=(const CZendrixCOM&) = delete;
@@ -120,8 +124,8 @@ public:
     bool Master();  // enables asynchronous events for this client
 
     // Takes and gives back the machine for one command. With false it waits a bounded time for another
-    // holder, with true it doesn't wait; false from GetMachine with exceptions off, or "machine is in use"
-    // thrown.
+    // holder, with true it doesn't wait; then it fails with the server's text. Giving back makes no
+    // difference between the two.
     bool GetMachine(bool at_once);
     bool ReleaseMachine(bool at_once);
     bool Abort(long tid);
@@ -213,11 +217,12 @@ public:
     // `data` gets them joined, in mode ZX_ASYNC it isn't touched.
     bool Receive(std::string name, std::string& data, long* tid);
 
-    // The reply lines of a Receive, from its request until they are all taken and it has completed.
+    // The reply lines of a Receive, from its request until they are all taken and its complete callback has
+    // run. A line stands as it came: `"TEXT"`, or first `base64 "TEXT"`.
     bool HasReceiver(long id);
     std::size_t ReplyLineCount(long id);
     bool TakeReplyLine(long id, std::string& line);  // the oldest; false if there is none
-    std::size_t PerLineSize();                       // a line's length at the most, for reserving
+    std::size_t PerLineSize();                       // the longest line so far, for reserving
 
 private:
     class Client;
