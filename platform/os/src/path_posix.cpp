@@ -31,7 +31,7 @@ bool full_path(const std::string& path, std::string& full) {
             full += '/' + part;
         }
     }
-    if (full.empty()) full = "/";
+    if (full.empty()) full.push_back('/');
     return true;
 }
 
