@@ -4,14 +4,16 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 
 class TemporaryDirectory {
 public:
     TemporaryDirectory() {
-        const std::string name = (std::filesystem::temp_directory_path() / "zx_test_").string();
-        unsigned number = 0;
-        do m_path = name + std::to_string(number++);
+        // A name that no other process uses, nor ever did: another may be about to remove its directory.
+        std::random_device random;
+        const std::string start = (std::filesystem::temp_directory_path() / "zx_test_").string();
+        do m_path = start + std::to_string(random()) + "_" + std::to_string(random());
         while (!std::filesystem::create_directory(m_path));
     }
     ~TemporaryDirectory() {
