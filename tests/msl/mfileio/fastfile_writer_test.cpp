@@ -56,36 +56,37 @@ TEST_F(FastFileWriterTest, TheFlagAsksForWritingThrough) {
 
 struct Portions {
     std::vector<std::size_t> sizes;
-    const char* calls;  // what the system is asked for up to and with the close
+    const char* calls;     // what the system is asked for by the writes
+    const char* at_close;  // and by the close
 };
 
 TEST_F(FastFileWriterTest, LargePortionsGoPastTheBuffer) {
     const Portions cases[] = {
-        {{20000}, " w8192 w11808"},
-        {{16000}, " w8192 w7808"},
-        {{16352}, " w8192 w8160"},
-        {{16353}, " w8192 w8161"},
-        {{8192}, " w8192"},
-        {{8191}, " w8191"},
-        {{10, 8182}, " w8192"},
-        {{10, 16343}, " w8192 w8161"},
-        {{10, 16342}, " w8192 w8160"},
-        {{0}, ""},
-        {{8191, 1, 1}, " w8192 w1"},
-        {{5000, 5000, 5000}, " w8192 w6808"},
+        {{20000}, " w8192 w11808", ""},
+        {{16000}, " w8192", " w7808"},
+        {{16352}, " w8192", " w8160"},
+        {{16353}, " w8192 w8161", ""},
+        {{8192}, " w8192", ""},
+        {{8191}, "", " w8191"},
+        {{10, 8182}, " w8192", ""},
+        {{10, 16343}, " w8192 w8161", ""},
+        {{10, 16342}, " w8192", " w8160"},
+        {{0}, "", ""},
+        {{8191, 1, 1}, " w8192", " w1"},
+        {{5000, 5000, 5000}, " w8192", " w6808"},
     };
     for (const Portions& portions : cases) {
         FaultyFiles files;
         std::string all;
-        {
-            MFastFileWriter writer(path().c_str(), MFASTFILE_OVERWRITE);
-            for (const std::size_t size : portions.sizes) {
-                const std::string text = pattern(size);
-                EXPECT_EQ(static_cast<std::int64_t>(size), writer.Write(text.data(), size));
-                all += text;
-            }
+        MFastFileWriter writer(path().c_str(), MFASTFILE_OVERWRITE);
+        for (const std::size_t size : portions.sizes) {
+            const std::string text = pattern(size);
+            EXPECT_EQ(static_cast<std::int64_t>(size), writer.Write(text.data(), size));
+            all += text;
         }
         EXPECT_EQ(portions.calls, files.sizes());
+        EXPECT_TRUE(writer.Close());
+        EXPECT_EQ(std::string(portions.calls) + portions.at_close, files.sizes());
         EXPECT_EQ(all, content());
     }
 }
