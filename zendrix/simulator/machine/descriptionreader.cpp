@@ -17,7 +17,7 @@ constexpr double any = 1e9;  // beyond every length, angle and speed of a machin
 constexpr double positive = 1e-6;
 constexpr std::string_view axis_prefix = "axis ";
 
-// The kinds by name; `no_limits`: such axes need none.
+// The kinds by name.
 struct KindName {
     std::string_view name;
     AxisKind kind;

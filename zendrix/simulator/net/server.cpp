@@ -1,9 +1,7 @@
 #include "net/server.h"
 
 #include <asio.hpp>
-#include <atomic>
 #include <future>
-#include <optional>
 #include <set>
 #include <stdexcept>
 #include <thread>
