@@ -25,6 +25,7 @@ std::string LineRouter::route(wire::LineSplitter& splitter) {
 std::string LineRouter::route_batch(wire::LineSplitter& splitter) {
     std::string_view line;
     for (;;) {
+        if (m_track < m_tracks.size()) take_points(m_tracks[m_track], splitter);
         const wire::Framing framing = splitter.next(line);
         if (framing == wire::Framing::none) return "";
         if (framing == wire::Framing::too_long) {
@@ -120,6 +121,22 @@ bool LineRouter::route_point(long id, std::string_view body) {
     if (known == m_tracks.end()) m_tracks.emplace_back(id);
     take_point(m_tracks[m_track], body);
     return true;
+}
+
+// All points of the scan that stand one after the other: nearly all lines that a client ever reads.
+void LineRouter::take_points(ScanTrack& track, wire::LineSplitter& splitter) {
+    const std::string_view bytes = splitter.rest();
+    std::size_t taken = 0;
+    std::size_t length = 0;
+    do {
+        std::size_t count = 0;
+        length =
+            track.take_line(bytes.substr(taken), open_rows(Delivery::Kind::points, track.id()).values, count);
+        add_row(count);
+        taken += length;
+    } while (length > 0);
+    splitter.skip(taken);
+    if (taken > 0) m_onlyAnswers = false;
 }
 
 void LineRouter::take_point(ScanTrack& track, std::string_view body) {

@@ -47,6 +47,7 @@ private:
     void agree_watch(bool failed);
     void route_data(long id, std::string_view body);
     bool route_point(long id, std::string_view body);
+    void take_points(ScanTrack& track, wire::LineSplitter& splitter);
     void take_point(ScanTrack& track, std::string_view body);
     void forget_track(long id);
     Delivery& open_rows(Delivery::Kind kind, long id);

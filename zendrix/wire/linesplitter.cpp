@@ -39,6 +39,11 @@ void LineSplitter::append(std::string_view bytes) {
     }
 }
 
+void LineSplitter::skip(std::size_t count) noexcept {
+    m_begin += std::min(count, m_end - m_begin);
+    m_searched = std::max(m_searched, m_begin);
+}
+
 bool LineSplitter::skip_line() noexcept {
     const void* end = std::memchr(m_buffer.data() + m_begin, '\n', m_end - m_begin);
     m_skipping = end == nullptr;

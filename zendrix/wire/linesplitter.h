@@ -34,8 +34,10 @@ public:
     // The next line, without its CR LF or LF. The view holds until the next space() or append().
     Framing next(std::string_view& line) noexcept;
 
-    // What came after the last whole line.
+    // What wasn't given out yet. It begins with a line, unless one over the limit is being skipped.
     std::string_view rest() const noexcept { return {m_buffer.data() + m_begin, m_end - m_begin}; }
+    // Whoever has read whole lines in rest() by himself takes them away: that many bytes.
+    void skip(std::size_t count) noexcept;
 
 private:
     bool skip_line() noexcept;

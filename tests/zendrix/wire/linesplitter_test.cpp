@@ -66,6 +66,18 @@ TEST(LineSplitter, TakesALineOfTheLimitAndTellsOneOverItOnce) {
     }
 }
 
+TEST(LineSplitter, WholeLinesCanBeTakenAway) {
+    wire::LineSplitter splitter;
+    splitter.append("one\r\ntwo\r\nthr");
+    splitter.skip(5);
+    EXPECT_EQ(splitter.rest(), "two\r\nthr");
+    EXPECT_EQ(all_lines(splitter), Lines{"two"});
+    splitter.append("ee\r\n");
+    EXPECT_EQ(all_lines(splitter), Lines{"three"});
+    splitter.skip(1);
+    EXPECT_EQ(splitter.rest(), "");
+}
+
 TEST(LineSplitter, HoldsNoMoreThanALineAndARead) {
     wire::LineSplitter splitter(1000, 64);
     std::string_view line;
