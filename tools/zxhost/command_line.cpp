@@ -46,7 +46,7 @@ void add_verbs(CLI::App& app, Program& program) {
 }
 
 void tell(const Streams& streams, const std::string& text, const std::string& way_out) {
-    streams.err << "zxhost: " << text << "\n";
+    streams.err << "zxhost: " << printable(text) << "\n";
     if (!way_out.empty()) streams.err << "        " << way_out << "\n";
     streams.err.flush();
 }
@@ -59,9 +59,8 @@ ExitStatus answer(const CLI::App& app, const CLI::ParseError& error, const Strea
     }
     const auto chosen = app.get_subcommands();
     const auto rest = app.remaining();
-    const std::string mistake = chosen.empty() && !rest.empty()
-                                    ? "there is no verb or option '" + printable(rest.front()) + "'"
-                                    : error.what();
+    const std::string mistake =
+        chosen.empty() && !rest.empty() ? "there is no verb or option '" + rest.front() + "'" : error.what();
     tell(streams, mistake,
          "see: zxhost " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help");
     return ExitStatus::WrongUsage;

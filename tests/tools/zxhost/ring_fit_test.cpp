@@ -54,9 +54,9 @@ TEST(FitRing, IsTheLeastSquaresCircleOnAShortArc) {
     unsigned seed = 1;
     const auto noise = [&seed](double) {
         seed = seed * 1664525u + 1013904223u;
-        return (seed / 4294967296.0 - 0.5) * 0.02;
+        return (seed / 4294967296.0 - 0.5) * 0.2;
     };
-    const auto points = ring({0.0, 0.0}, 10.0, 400, full / 6, noise);
+    const auto points = ring({0.0, 0.0}, 10.0, 400, full / 12, noise);
     const auto fit = fit_ring(points);
     ASSERT_TRUE(fit);
     const auto squares = [&points](double x, double y, double radius) {
@@ -65,12 +65,12 @@ TEST(FitRing, IsTheLeastSquaresCircleOnAShortArc) {
         return sum;
     };
     const double best = squares(fit->centre.x, fit->centre.y, fit->radius);
-    for (const double step : {1e-4, -1e-4}) {
+    for (const double step : {1e-3, -1e-3}) {
         EXPECT_GT(squares(fit->centre.x + step, fit->centre.y, fit->radius), best);
         EXPECT_GT(squares(fit->centre.x, fit->centre.y + step, fit->radius), best);
         EXPECT_GT(squares(fit->centre.x, fit->centre.y, fit->radius + step), best);
     }
-    EXPECT_NEAR(fit->radius, 10.0, 0.05);
+    EXPECT_NEAR(fit->radius, 10.0, 1.0);
 }
 
 TEST(FitRing, WorksFarFromTheOriginAndForAnySize) {

@@ -164,6 +164,14 @@ TEST_F(ZxhostTest, WrongUsageIsRefusedBeforeTheMachineIsAsked) {
     expect_refusal({"session"}, 2, {"--truth"});
 }
 
+TEST_F(ZxhostTest, StrangeTextsReachTheMachineWholeAndComeBackHarmless) {
+    expect_refusal({"get", std::string(100000, 'q')}, 1, {"zxhost: get: "});
+    expect_refusal({"get", "two\r\n0001\tlines \"quoted\" \\"}, 1, {"zxhost: get: "});
+    expect_refusal({"move", "\x1b[2J=1"}, 1, {"zxhost: move: "});
+    expect_refusal({"\x1b[2J"}, 2, {"'\\x1b[2J'"});
+    EXPECT_EQ(json({"get", "x"})[0]["value"], 0.0);
+}
+
 TEST_F(ZxhostTest, AMachineThatIsNotInitializedSaysHowToBecomeIt) {
     const Simulator fresh({"--speed", "max"}, Edits{});
     const ProcessResult refused = host.run(fresh, {"move", "x=1"});
