@@ -2,7 +2,6 @@
 
 packages_build=(g++ cmake ninja-build libasio-dev libcli11-dev nlohmann-json3-dev libfmt-dev libspdlog-dev)
 packages_test=(libgtest-dev librapidcheck-dev clang binutils)
-packages_bench=(libbenchmark-dev)
 
 # need_packages NAME...: installs those that are missing, through apt.
 need_packages() {
