@@ -4,7 +4,6 @@
 #include "handshake.h"
 #include "idsource.h"
 
-using serverdll::Clock;
 using serverdll::Delivery;
 using serverdll::Exchange;
 using serverdll::RequestKind;
@@ -70,8 +69,12 @@ wire::RequestWriter CZendrixCOM::Client::request(std::string_view words) const {
     return {serverdll::process_ids().next(), words};
 }
 
-bool CZendrixCOM::Client::query(wire::RequestWriter& request, std::string* data) {
+bool CZendrixCOM::Client::query(wire::RequestWriter& request) {
     const serverdll::GatePass pass(m_gate);
+    return query_inside(request, nullptr);
+}
+
+bool CZendrixCOM::Client::query_inside(wire::RequestWriter& request, std::string* data) {
     Exchange exchange;
     run(request, exchange);
     if (!exchange.failed && data != nullptr) *data = std::move(exchange.data);
@@ -104,6 +107,10 @@ bool CZendrixCOM::Client::watch(wire::RequestWriter& request, bool on) {
 
 bool CZendrixCOM::Client::refuse(const char* text) {
     const serverdll::GatePass pass(m_gate);
+    return refuse_inside(text);
+}
+
+bool CZendrixCOM::Client::refuse_inside(const char* text) {
     Exchange exchange;
     exchange.failed = true;
     exchange.error = text;
@@ -130,10 +137,9 @@ void CZendrixCOM::Client::run(wire::RequestWriter& request, Exchange& exchange) 
 }
 
 void CZendrixCOM::Client::perform(wire::RequestWriter& request, Exchange& exchange) {
-    const Clock::time_point start = Clock::now();
     m_connection->perform(request, exchange);
     if (exchange.failed) return;
-    const auto trip = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
+    const auto trip = std::chrono::duration_cast<std::chrono::microseconds>(exchange.ended - exchange.began);
     latency.store(static_cast<long>(trip.count()), std::memory_order_relaxed);
 }
 

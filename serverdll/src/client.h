@@ -37,8 +37,8 @@ public:
     // A request with a new id.
     wire::RequestWriter request(std::string_view words) const;
 
-    // Sends, and waits for the end of the answer. `data` gets the bodies of the data lines, each ended by LF.
-    bool query(wire::RequestWriter& request, std::string* data = nullptr);
+    // Sends, and waits for the end of an answer without data.
+    bool query(wire::RequestWriter& request);
     // Sends, and waits for the acceptance or, in mode ZX_SYNC, for the end.
     bool transaction(wire::RequestWriter& request, long* tid,
                      serverdll::RequestKind kind = serverdll::RequestKind::transaction);
@@ -63,17 +63,18 @@ public:
     bool query_lines(wire::RequestWriter& line, ReadLine&& read_line) {
         const serverdll::GatePass pass(m_gate);
         std::string data;
-        if (!query(line, &data)) return false;
-        return serverdll::each_line(data, read_line) || refuse(serverdll::bad_answer);
+        if (!query_inside(line, &data)) return false;
+        return serverdll::each_line(data, read_line) || refuse_inside(serverdll::bad_answer);
     }
 
     // The answer is exactly one data line.
     template <typename ReadLine>
     bool query_line(wire::RequestWriter& line, ReadLine&& read_line) {
         const serverdll::GatePass pass(m_gate);
-        std::size_t count = 0;
-        return query_lines(line, [&](std::string_view body) { return ++count == 1 && read_line(body); }) &&
-               (count == 1 || refuse(serverdll::bad_answer));
+        std::string data;
+        if (!query_inside(line, &data)) return false;
+        const bool one = data.find('\n') + 1 == data.size() && !data.empty();
+        return (one && serverdll::each_line(data, read_line)) || refuse_inside(serverdll::bad_answer);
     }
 
     // A failure that the client itself found: tells the error callback, then reports it.
@@ -90,6 +91,10 @@ public:
 
 private:
     void connect(Progress progress, void* user, const std::string& server);
+    // The same for callers who are inside already. `data` gets the bodies of the data lines, each ended by
+    // LF.
+    bool query_inside(wire::RequestWriter& request, std::string* data);
+    bool refuse_inside(const char* text);
     void run(wire::RequestWriter& request, serverdll::Exchange& exchange);
     void perform(wire::RequestWriter& request, serverdll::Exchange& exchange);
     void tell(long id, serverdll::Exchange& exchange);

@@ -51,6 +51,7 @@ void Connection::join() {
 
 void Connection::perform(wire::RequestWriter& request, Exchange& exchange) {
     if (!m_requests.add(request.id(), exchange)) return;
+    exchange.began = Clock::now();
     send(request.finish());
     wait(request.id(), exchange);
 }
@@ -66,19 +67,20 @@ void Connection::send(std::string_view line) {
 }
 
 void Connection::wait(long id, Exchange& exchange) {
-    const Clock::time_point start = Clock::now();
+    const Clock::time_point start = exchange.began;
     Clock::time_point now = start;
     while (!exchange.done.load(std::memory_order_acquire)) {
         const bool accepted = exchange.accepted.load(std::memory_order_acquire);
         const Clock::time_point end = start + (accepted ? m_options.transaction : m_options.answer);
         if (now >= end) return give_up(id, exchange);
         if (m_turn.take_or_wait(exchange.done, end)) {
-            now = read_once(end);
+            now = read_once(now, end);
             m_turn.give_back(now);
         } else {
             now = Clock::now();
         }
     }
+    exchange.ended = now;
 }
 
 void Connection::give_up(long id, Exchange& exchange) {
@@ -95,13 +97,13 @@ void Connection::read_all() {
             m_turn.give_back_for_reader(now + pause);
             continue;
         }
-        now = read_once(now + m_options.heartbeat);
+        now = read_once(now, now + m_options.heartbeat);
         m_turn.give_back_for_reader(m_router.only_answers() ? now + m_turn.grace() : now);
     }
 }
 
-Clock::time_point Connection::read_once(Clock::time_point end) {
-    Clock::time_point now = Clock::now();
+// Gives the time after it.
+Clock::time_point Connection::read_once(Clock::time_point now, Clock::time_point end) {
     std::string cause;
     try {
         cause = read_some(end, now);

@@ -38,7 +38,7 @@ private:
     void wait(long id, Exchange& exchange);
     void give_up(long id, Exchange& exchange);
     void read_all();
-    Clock::time_point read_once(Clock::time_point end);
+    Clock::time_point read_once(Clock::time_point now, Clock::time_point end);
     std::string read_some(Clock::time_point end, Clock::time_point& now);
     std::string check_heartbeat(Clock::time_point now);
     milliseconds until_heartbeat(Clock::time_point now) const;

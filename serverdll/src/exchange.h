@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "clientoptions.h"
 #include "delivery.h"
 
 namespace serverdll {
@@ -18,6 +19,7 @@ enum class RequestKind {
 };
 
 // The reading side writes everything before it sets `done`; the caller looks at it afterwards.
+// The two times are the caller's own.
 struct Exchange {
     RequestKind kind = RequestKind::query;
     bool until_end = true;         // a transaction: done at its end, not when it is accepted
@@ -31,6 +33,8 @@ struct Exchange {
     std::string error = {};  // of a failed one: the first text
     std::string data = {};   // bodies of the data lines, each ended by LF
     std::vector<Delivery> messages = {};
+    Clock::time_point began = {};  // before the request left
+    Clock::time_point ended = {};  // when the caller stopped waiting
 };
 
 }  // namespace serverdll
