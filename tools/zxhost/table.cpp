@@ -16,7 +16,10 @@ std::string cell_text(const Json& value, int decimals) {
     if (value.is_string()) return printable(value.get_ref<const std::string&>());
     if (!value.is_array()) return value.dump();
     std::string text;
-    for (const Json& item : value) text += (text.empty() ? "" : " ") + cell_text(item, decimals);
+    for (const Json& item : value) {
+        if (!text.empty()) text += ' ';
+        text += cell_text(item, decimals);
+    }
     return text.empty() ? "-" : text;
 }
 
