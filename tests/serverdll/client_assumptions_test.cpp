@@ -35,6 +35,7 @@ TEST_P(Assumptions, TheIdIsStoredBeforeTheRequestLeaves) {
     EXPECT_EQ(tid, seen.load());
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"complete " + std::to_string(tid)});
+    finish();
 }
 
 TEST_P(Assumptions, IdsAreOneSeriesForAllClientsOfTheProcess) {
@@ -47,11 +48,10 @@ TEST_P(Assumptions, IdsAreOneSeriesForAllClientsOfTheProcess) {
             peer.wait_for_close();
         });
         EXPECT_TRUE(client->Init(tid));
-        client.reset();
-        server->finish();
-        server.reset();
+        finish();
     }
     EXPECT_GT(second, first);
+    finish();
 }
 
 TEST_P(Assumptions, CallbacksRunOnOneThreadThatIsNotTheCallers) {
@@ -71,6 +71,7 @@ TEST_P(Assumptions, CallbacksRunOnOneThreadThatIsNotTheCallers) {
         EXPECT_EQ(id, record.threads()[0]);
         EXPECT_NE(id, std::this_thread::get_id());
     }
+    finish();
 }
 
 TEST_P(Assumptions, WhatPrecedesTheEndOfATransactionIsToldBeforeItsCompletion) {
@@ -101,6 +102,7 @@ TEST_P(Assumptions, WhatPrecedesTheEndOfATransactionIsToldBeforeItsCompletion) {
             expected.back().replace(at, 2, id);
     }
     EXPECT_EQ(record.all(), expected);
+    finish();
 }
 
 TEST_P(Assumptions, AnErrorIsToldBeforeTheCallFails) {
@@ -123,6 +125,7 @@ TEST_P(Assumptions, AnErrorIsToldBeforeTheCallFails) {
     EXPECT_EQ(test::thrown([&] { client->Get("x", &value); }), "unknown axis");
     client->ThrowExceptions(false);
     EXPECT_EQ(record.all().size(), 5U);
+    finish();
 }
 
 TEST_P(Assumptions, TheWaitForTheErrorCallbackIsBounded) {
@@ -148,6 +151,7 @@ TEST_P(Assumptions, TheWaitForTheErrorCallbackIsBounded) {
     EXPECT_FALSE(client->Get("x", &value));
     held.set();
     ASSERT_TRUE(record.wait_for(1));
+    finish();
 }
 
 TEST_P(Assumptions, ModeSyncWaitsForTheEnd) {
@@ -183,6 +187,7 @@ TEST_P(Assumptions, ModeSyncWaitsForTheEnd) {
     const std::string second = std::to_string(tid);
     EXPECT_EQ(record.all(),
               (Texts{"complete " + first, "error " + second + " aborted", "complete " + second}));
+    finish();
 }
 
 struct Inside {
@@ -222,6 +227,7 @@ TEST_P(Assumptions, ACallbackMayCallAnything) {
     EXPECT_EQ(all[5], "not begun");
     EXPECT_EQ(all[6].substr(0, 9), "complete ");
     for (const std::thread::id id : record.threads()) EXPECT_EQ(id, record.threads()[0]);
+    finish();
 }
 
 TEST_P(Assumptions, AnErrorCallbackWhoseOwnCallFailsComesToAnEnd) {
@@ -239,6 +245,7 @@ TEST_P(Assumptions, AnErrorCallbackWhoseOwnCallFailsComesToAnEnd) {
         &inside);
     EXPECT_FALSE(client->Master());
     EXPECT_EQ(record.all(), Texts(4, "told"));
+    finish();
 }
 
 TEST_P(Assumptions, AnExceptionFromACallbackIsLoggedAndTheNextOneRuns) {
@@ -264,6 +271,7 @@ TEST_P(Assumptions, AnExceptionFromACallbackIsLoggedAndTheNextOneRuns) {
               (Texts{"CZendrixCOM: an exception left the async callback: one",
                      "CZendrixCOM: an exception left the async callback: two",
                      "CZendrixCOM: an exception left the async callback: of an unknown kind"}));
+    finish();
 }
 
 TEST_P(Assumptions, ReplacingReturnsOnlyWhenTheOldCallbackIsNotRunning) {
@@ -300,6 +308,7 @@ TEST_P(Assumptions, ReplacingReturnsOnlyWhenTheOldCallbackIsNotRunning) {
     EXPECT_TRUE(client->Master());
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"event two"});
+    finish();
 }
 
 TEST_P(Assumptions, ACallbackMayReplaceItself) {
@@ -324,6 +333,7 @@ TEST_P(Assumptions, ACallbackMayReplaceItself) {
     EXPECT_TRUE(client->Master());
     ASSERT_TRUE(record.wait_for(2));
     EXPECT_EQ(record.all(), (Texts{"mine", "event two"}));
+    finish();
 }
 
 TEST_P(Assumptions, CallbacksAreFetchedAsTheyWereSet) {
@@ -343,6 +353,7 @@ TEST_P(Assumptions, CallbacksAreFetchedAsTheyWereSet) {
     client->GetWarningMsgCallback(got, got_user);
     EXPECT_EQ(got, nullptr);
     EXPECT_EQ(got_user, &user);
+    finish();
 }
 
 TEST_P(Assumptions, ClosingFailsThoseWhoWait) {
@@ -366,6 +377,7 @@ TEST_P(Assumptions, ClosingFailsThoseWhoWait) {
     client.reset();
     for (auto& call : calls) EXPECT_EQ(call.get(), "the client is being closed");
     EXPECT_EQ(record.all(), Texts());
+    finish();
 }
 
 TEST_P(Assumptions, NoCallbackRunsAfterClosing) {
@@ -395,6 +407,7 @@ TEST_P(Assumptions, NoCallbackRunsAfterClosing) {
     client.reset();
     state.closed = true;
     EXPECT_EQ(state.late, 0);
+    finish();
 }
 
 TEST_P(Assumptions, ACallInsideACallbackFailsWhenTheClientIsClosed) {
@@ -420,6 +433,7 @@ TEST_P(Assumptions, ACallInsideACallbackFailsWhenTheClientIsClosed) {
     arrived.wait();
     client.reset();
     EXPECT_EQ(record.all(), Texts{"the client is being closed"});
+    finish();
 }
 
 TEST_P(Assumptions, ManyThreadsAskAtOnceAndEachGetsItsOwnAnswer) {
@@ -449,6 +463,7 @@ TEST_P(Assumptions, ManyThreadsAskAtOnceAndEachGetsItsOwnAnswer) {
     }
     for (auto& thread : threads) EXPECT_EQ(thread.get(), 0);
     EXPECT_TRUE(record.wait_for(800));
+    finish();
 }
 
 TEST_P(Assumptions, AnswersThatNobodyWaitsForAreLoggedAndLeftOut) {
@@ -471,6 +486,7 @@ TEST_P(Assumptions, AnswersThatNobodyWaitsForAreLoggedAndLeftOut) {
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"complete " + std::to_string(tid)});
     EXPECT_TRUE(client->HasConnection());
+    finish();
 }
 
 TEST_P(Assumptions, ACompletionBeforeItsAcceptanceCountsAsBoth) {
@@ -486,6 +502,7 @@ TEST_P(Assumptions, ACompletionBeforeItsAcceptanceCountsAsBoth) {
     EXPECT_TRUE(client->Master());
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"complete " + std::to_string(tid)});
+    finish();
 }
 
 TEST_P(Assumptions, MessagesThatComeLateAreToldWithTheirId) {
@@ -500,6 +517,7 @@ TEST_P(Assumptions, MessagesThatComeLateAreToldWithTheirId) {
     EXPECT_TRUE(client->Master());
     ASSERT_TRUE(record.wait_for(3));
     EXPECT_EQ(record.all(), (Texts{"error 5 aborted", "warning 6 hot", "error 0 of \"nobody\""}));
+    finish();
 }
 
 TEST_P(Assumptions, AnAnswerThatNeverComesEndsTheCallAndIsDroppedLater) {
@@ -526,6 +544,7 @@ TEST_P(Assumptions, AnAnswerThatNeverComesEndsTheCallAndIsDroppedLater) {
     EXPECT_TRUE(client->Master());
     EXPECT_EQ(record.all().size(), 2U);
     EXPECT_TRUE(client->HasConnection());
+    finish();
 }
 
 TEST_P(Assumptions, OpenRequestsAreBounded) {
@@ -540,6 +559,7 @@ TEST_P(Assumptions, OpenRequestsAreBounded) {
     client->ThrowExceptions(true);
     EXPECT_EQ(test::thrown([&] { client->Init(&tid); }), "too many open requests");
     EXPECT_EQ(tid, 0);
+    finish();
 }
 
 TEST_P(Assumptions, AnAnswerOfAnySizeKeepsTheMemoryBounded) {
@@ -556,6 +576,7 @@ TEST_P(Assumptions, AnAnswerOfAnySizeKeepsTheMemoryBounded) {
     EXPECT_FALSE(client->InitList(axes));
     EXPECT_EQ(record.all(), Texts{"error 0 the answer is too long"});
     EXPECT_TRUE(client->Master());
+    finish();
 }
 
 TEST_P(Assumptions, WatchedValuesComeUntilTheWatchEnds) {
@@ -585,6 +606,7 @@ TEST_P(Assumptions, WatchedValuesComeUntilTheWatchEnds) {
     ASSERT_TRUE(record.wait_for(7));
     EXPECT_EQ(record.all(), (Texts{"watch 1 2", "watch 3 4", "watch 5", "watch 6", "error 0 unknown axis",
                                    "watch 7", "event last"}));
+    finish();
 }
 
 INSTANTIATE_TEST_SUITE_P(Transports, Assumptions, testing::Values(test::Transport{"tcp", test::serve_tcp}),

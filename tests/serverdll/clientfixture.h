@@ -135,9 +135,15 @@ protected:
     }
 
     void TearDown() override {
+        finish();
+        serverdll::client_options() = m_before;
+    }
+
+    // Ends client and script. To be called while everything still lives that callbacks and script refer to.
+    void finish() {
         client.reset();
         if (server) server->finish();
-        serverdll::client_options() = m_before;
+        server.reset();
     }
 
     serverdll::ClientOptions& options() { return serverdll::client_options(); }

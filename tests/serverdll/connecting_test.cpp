@@ -40,9 +40,7 @@ protected:
         EXPECT_EQ(text.substr(0, begin.size()), begin);
         EXPECT_EQ(recording::error_log(), std::vector<std::string>{"CZendrixCOM: " + text});
         EXPECT_EQ(record.all(), std::vector<std::string>());
-        client.reset();
-        server->finish();
-        server.reset();
+        finish();
         return text.substr(begin.size());
     }
 };
@@ -119,9 +117,7 @@ TEST_F(Connecting, RevisionsOneToThreeAreSpoken) {
         EXPECT_TRUE(client->HasConnection()) << revision;
         EXPECT_TRUE(client->Master());
         EXPECT_GE(client->GetLatency(), 0);
-        client.reset();
-        server->finish();
-        server.reset();
+        finish();
     }
     for (const std::string revision : {"0.9", "4.0", "9999.0"}) {
         recording::reset();
@@ -131,6 +127,7 @@ TEST_F(Connecting, RevisionsOneToThreeAreSpoken) {
                   }),
                   "protocol revision " + revision + " is not known: 1 to 3 are");
     }
+    finish();
 }
 
 TEST_F(Connecting, SomethingElseOnThePortIsQuoted) {
@@ -190,6 +187,7 @@ TEST_F(Connecting, WhatComesRightBehindTheHelloIsNotLost) {
     go.set();
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), std::vector<std::string>{"event early"});
+    finish();
 }
 
 }  // namespace

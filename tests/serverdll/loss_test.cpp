@@ -106,11 +106,10 @@ TEST_P(Loss, EndsEveryWaitAndIsToldOnce) {
                   "invalid argument");
         EXPECT_EQ(told.all().size(), 2U);
         EXPECT_EQ(recording::error_log(), Texts{"CZendrixCOM: " + text});
-        client.reset();
-        server->finish();
-        server.reset();
+        finish();
         EXPECT_EQ(told.all().size(), 2U);
     }
+    finish();
 }
 
 TEST_P(Loss, IsNoticedWhenNobodyAsks) {
@@ -128,10 +127,9 @@ TEST_P(Loss, IsNoticedWhenNobodyAsks) {
         ASSERT_TRUE(told.wait_for(1));
         EXPECT_EQ(told.all(), Texts{"complete 0"});
         EXPECT_FALSE(client->HasConnection());
-        client.reset();
-        server->finish();
-        server.reset();
+        finish();
     }
+    finish();
 }
 
 TEST_P(Loss, AServerThatAnswersItsHeartbeatsIsAlive) {
@@ -148,6 +146,7 @@ TEST_P(Loss, AServerThatAnswersItsHeartbeatsIsAlive) {
     ASSERT_TRUE(enough.wait());
     EXPECT_TRUE(client->HasConnection());
     EXPECT_EQ(record.all(), Texts());
+    finish();
 }
 
 TEST_P(Loss, ACallerWhoWaitsForLongKeepsTheHeartbeat) {
@@ -164,6 +163,7 @@ TEST_P(Loss, ACallerWhoWaitsForLongKeepsTheHeartbeat) {
     client->SetSync3(ZX_SYNC);
     long tid = 0;
     EXPECT_TRUE(client->Init(&tid));
+    finish();
 }
 
 TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
@@ -186,6 +186,7 @@ TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
     done.set();
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"complete 0"});
+    finish();
 }
 
 std::size_t threads_of_this_process() {
@@ -209,11 +210,10 @@ TEST_P(Loss, NoThreadIsLeftBehind) {
             EXPECT_TRUE(record.wait_for(1));
         }
         record.clear();
-        client.reset();
-        server->finish();
-        server.reset();
+        finish();
         EXPECT_EQ(threads_of_this_process(), before) << way.name;
     }
+    finish();
 }
 
 INSTANTIATE_TEST_SUITE_P(Transports, Loss, testing::Values(test::Transport{"tcp", test::serve_tcp}),

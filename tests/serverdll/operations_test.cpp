@@ -254,6 +254,7 @@ TEST_F(ClientFixture, EachQuerySendsItsLineAndReadsItsAnswer) {
         EXPECT_EQ(test::thrown([&] { EXPECT_TRUE(row.call(*client)) << row.words; }), "no exception")
             << row.words;
     EXPECT_EQ(record.all(), Names());
+    finish();
 }
 
 TEST_F(ClientFixture, EachRefusedQueryTellsTheErrorCallbackAndThenFails) {
@@ -268,6 +269,7 @@ TEST_F(ClientFixture, EachRefusedQueryTellsTheErrorCallbackAndThenFails) {
         EXPECT_EQ(test::thrown([&] { rows[i].call(*client); }), "syntax invalid") << rows[i].words;
         EXPECT_EQ(record.all(), Names(i + 1, "error 0 syntax invalid")) << rows[i].words;
     }
+    finish();
 }
 
 using Begin = std::function<bool(CZendrixCOM&, long*)>;
@@ -357,6 +359,7 @@ TEST_F(ClientFixture, EachTransactionIsAcceptedAndCompletesWithItsId) {
         ASSERT_TRUE(record.wait_for(expected.size())) << row.first;
     }
     EXPECT_EQ(record.all(), expected);
+    finish();
 }
 
 TEST_F(ClientFixture, EachRefusedTransactionLeavesNoIdAndCompletesNothing) {
@@ -374,12 +377,11 @@ TEST_F(ClientFixture, EachRefusedTransactionLeavesNoIdAndCompletesNothing) {
         EXPECT_EQ(tid, 0) << rows[i].first;
         ASSERT_EQ(record.all().size(), i + 1) << rows[i].first;
     }
-    client.reset();
-    server->finish();
-    server.reset();
+    finish();
     for (std::size_t i = 0; i < rows.size(); ++i) {
         EXPECT_EQ(record.all()[i], "error " + std::to_string(std::stol(ids[i])) + " wrong state");
     }
+    finish();
 }
 
 TEST_F(ClientFixture, WrongArgumentsAreRefusedWithoutARequest) {
@@ -418,6 +420,7 @@ TEST_F(ClientFixture, WrongArgumentsAreRefusedWithoutARequest) {
               "the request is too long");
     EXPECT_EQ(test::thrown([&] { client->Send("block", huge); }), "the request is too long");
     EXPECT_TRUE(client->Master());
+    finish();
 }
 
 TEST_F(ClientFixture, AnAnswerOfAnotherShapeIsAFailure) {
@@ -443,6 +446,7 @@ TEST_F(ClientFixture, AnAnswerOfAnotherShapeIsAFailure) {
               "the server's answer isn't understood");
     EXPECT_EQ(axes.size(), 1U);
     EXPECT_EQ(test::thrown([&] { client->ScanAxis(0, nullptr); }), "the server's answer isn't understood");
+    finish();
 }
 
 TEST_F(ClientFixture, AReceivedBlockWaitsLineByLine) {
@@ -495,6 +499,7 @@ TEST_F(ClientFixture, AReceivedBlockWaitsLineByLine) {
     ASSERT_TRUE(record.wait_for(3));
     EXPECT_EQ(record.all()[1], "there");
     EXPECT_EQ(record.all()[2], "there");
+    finish();
 }
 
 }  // namespace

@@ -61,9 +61,7 @@ TEST_F(Scanning, APointThatIsNoneEndsInAnError) {
         EXPECT_EQ(scan({"point 1 1", broken, "point 3 3", "ready"}, 3),
                   (Texts{"point 1", "error ID scan: point not understood", "complete ID"}))
             << broken;
-        client.reset();
-        server->finish();
-        server.reset();
+        finish();
         record.clear();
     }
 }
@@ -80,6 +78,7 @@ TEST_F(Scanning, ACutScanEndsInAnErrorBeforeTheLossIsTold) {
     ASSERT_TRUE(record.wait_for(4));
     EXPECT_EQ(record.all(), (Texts{"point 1", "point 2",
                                    "error " + std::to_string(tid) + " scan: points lost", "complete 0"}));
+    finish();
 }
 
 TEST_F(Scanning, TwoScansAtOnceKeepTheirNumbersApart) {
@@ -101,6 +100,7 @@ TEST_F(Scanning, TwoScansAtOnceKeepTheirNumbersApart) {
     ASSERT_TRUE(record.wait_for(9));
     EXPECT_EQ(record.all()[7], "point 2");
     EXPECT_EQ(record.all()[8], "complete " + std::to_string(tid));
+    finish();
 }
 
 TEST_F(Scanning, ARemovedCallbackGetsNoFurtherPoint) {
@@ -134,6 +134,7 @@ TEST_F(Scanning, ARemovedCallbackGetsNoFurtherPoint) {
     state.removed = true;
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(state.late, 0);
+    finish();
 }
 
 // A callback that stays away for a while, and what a server can send meanwhile.
@@ -188,6 +189,7 @@ TEST_F(Scanning, ABlockedCallbackMakesTheServerWaitAndLosesNothing) {
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"complete " + std::to_string(tid)});
     EXPECT_EQ(blocked.points, sent);
+    finish();
 }
 
 TEST_F(Scanning, AQueueOverItsLimitEndsTheConnection) {
@@ -215,6 +217,7 @@ TEST_F(Scanning, AQueueOverItsLimitEndsTheConnection) {
     blocked.leave.set();
     ASSERT_TRUE(record.wait_for(2));
     EXPECT_EQ(record.all(), (Texts{"error " + std::to_string(tid) + " scan: points lost", "complete 0"}));
+    finish();
 }
 
 }  // namespace
