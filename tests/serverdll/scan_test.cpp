@@ -104,8 +104,7 @@ TEST_F(Scanning, TwoScansAtOnceKeepTheirNumbersApart) {
 }
 
 TEST_F(Scanning, ARemovedCallbackGetsNoFurtherPoint) {
-    Signal sent;
-    play([&sent](Peer& peer) {
+    play([](Peer& peer) {
         peer.hello();
         const Request request = peer.expect("scan", {"accepted"});
         std::string text;
