@@ -1,7 +1,8 @@
 # Sourced by ./run, ./test and ./bench: what they share. Installs what a bare Debian 12 lacks, then builds.
 
-packages_build=(g++ cmake ninja-build libasio-dev libcli11-dev nlohmann-json3-dev libfmt-dev libspdlog-dev)
-packages_test=(libgtest-dev librapidcheck-dev clang binutils)
+packages_build=(g++ cmake ninja-build libasio-dev libcli11-dev nlohmann-json3-dev libfmt-dev libspdlog-dev
+    libgtest-dev librapidcheck-dev)  # the last two because ./run and ./test share one build
+packages_test=(clang binutils)
 
 # need_packages NAME...: installs those that are missing, through apt.
 need_packages() {
