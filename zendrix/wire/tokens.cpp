@@ -65,12 +65,18 @@ std::size_t name_length(std::string_view token) noexcept {
 }  // namespace
 
 void append_quoted(std::string& out, std::string_view text) {
+    constexpr std::string_view special("\"\\\r\n\t\0", escapes.size());
     out.push_back('"');
-    for (const char c : text) {
-        char escaped = c;
-        if (translate<&Escape::plain, &Escape::written>(c, escaped)) out.push_back('\\');
+    // Runs of plain bytes go over whole.
+    for (std::size_t run; (run = text.find_first_of(special)) != std::string_view::npos;) {
+        out.append(text.substr(0, run));
+        char escaped = text[run];
+        translate<&Escape::plain, &Escape::written>(text[run], escaped);
+        out.push_back('\\');
         out.push_back(escaped);
+        text.remove_prefix(run + 1);
     }
+    out.append(text);
     out.push_back('"');
 }
 
