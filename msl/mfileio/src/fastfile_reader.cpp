@@ -8,6 +8,18 @@
 
 using fastfile::source;
 
+namespace {
+
+// Hands on what read_from_buffer gave to this operation.
+std::int64_t reported(std::int64_t count, const char* operation) {
+    if (count < 0) {
+        MERRTRACE_REPORT(source, "MFastFileReader::%s(): read_from_buffer() failed", operation);
+    }
+    return count;
+}
+
+}  // namespace
+
 MFastFileReader::MFastFileReader(const char* path) {
     if (!Open(path))
         MERRTRACE_REPORT(source, "MFastFileReader::MFastFileReader(): Open(\"%s\") failed", path);
@@ -90,42 +102,31 @@ std::int64_t MFastFileReader::read_from_buffer(void* target, std::size_t size) {
 }
 
 std::int64_t MFastFileReader::Read(void* target, std::size_t size) {
-    const std::int64_t count = read_from_buffer(target, size);
-    if (count < 0) MERRTRACE_REPORT(source, "MFastFileReader::Read(): read_from_buffer() failed");
-    return count;
+    return reported(read_from_buffer(target, size), "Read");
 }
 
 std::int64_t MFastFileReader::ReadInt(int& value) {
-    const std::int64_t count = read_from_buffer(&value, sizeof value);
-    if (count < 0) MERRTRACE_REPORT(source, "MFastFileReader::ReadInt(): read_from_buffer() failed");
-    return count;
+    return reported(read_from_buffer(&value, sizeof value), "ReadInt");
 }
 
 std::int64_t MFastFileReader::ReadShort(short& value) {
-    const std::int64_t count = read_from_buffer(&value, sizeof value);
-    if (count < 0) MERRTRACE_REPORT(source, "MFastFileReader::ReadShort(): read_from_buffer() failed");
-    return count;
+    return reported(read_from_buffer(&value, sizeof value), "ReadShort");
 }
 
 std::int64_t MFastFileReader::ReadLong(long& value) {
     // Four bytes in the file, however long a long is.
     auto stored = static_cast<std::int32_t>(value);
-    const std::int64_t count = read_from_buffer(&stored, sizeof stored);
-    if (count < 0) MERRTRACE_REPORT(source, "MFastFileReader::ReadLong(): read_from_buffer() failed");
+    const std::int64_t count = reported(read_from_buffer(&stored, sizeof stored), "ReadLong");
     if (count > 0) value = stored;
     return count;
 }
 
 std::int64_t MFastFileReader::ReadFloat(float& value) {
-    const std::int64_t count = read_from_buffer(&value, sizeof value);
-    if (count < 0) MERRTRACE_REPORT(source, "MFastFileReader::ReadFloat(): read_from_buffer() failed");
-    return count;
+    return reported(read_from_buffer(&value, sizeof value), "ReadFloat");
 }
 
 std::int64_t MFastFileReader::ReadDouble(double& value) {
-    const std::int64_t count = read_from_buffer(&value, sizeof value);
-    if (count < 0) MERRTRACE_REPORT(source, "MFastFileReader::ReadDouble(): read_from_buffer() failed");
-    return count;
+    return reported(read_from_buffer(&value, sizeof value), "ReadDouble");
 }
 
 int MFastFileReader::read_char_from_buffer(char& c) {
