@@ -18,6 +18,24 @@ double median(std::vector<double> values) {
 
 volatile std::size_t kept = 0;
 
+// One of those that take turns.
+struct Way {
+    std::string name;
+    Measure measure;
+    std::vector<double> costs;
+};
+
+void print_row(const Way& way, double reference, const std::string& unit) {
+    const double cost = median(way.costs);
+    std::printf("%-44s %10.2f %-2s %10.2f %-2s %7.3f", way.name.c_str(), cost, unit.c_str(), reference,
+                unit.c_str(), cost / reference);
+}
+
+const char* verdict(double ratio, const Comparison& comparison) {
+    if (ratio > comparison.limit) return "ABOVE THE LIMIT";
+    return ratio > comparison.aim ? "within the limit" : "meets the aim";
+}
+
 }  // namespace
 
 Measure wall_time(std::function<void()> work, std::size_t items) {
@@ -44,20 +62,23 @@ void print_head(const std::string& reference) {
 }
 
 double compare(const Comparison& comparison) {
-    std::vector<double> ours;
-    std::vector<double> reference;
-    comparison.ours();
-    comparison.reference();
+    std::vector<Way> ways{{comparison.name, comparison.ours, {}}, {"reference", comparison.reference, {}}};
+    for (const auto& [name, measure] : comparison.others) ways.push_back({"  " + name, measure, {}});
+    for (const Way& way : ways) way.measure();
     for (int round = 0; round < comparison.rounds; ++round) {
-        // Neither is always the one that runs behind the other.
-        if (round % 2 == 0) ours.push_back(comparison.ours());
-        reference.push_back(comparison.reference());
-        if (round % 2 != 0) ours.push_back(comparison.ours());
+        for (Way& way : ways) way.costs.push_back(way.measure());
+        // None is always the one that runs behind the same other.
+        std::reverse(ways.begin(), ways.end());
     }
-    const double ratio = median(ours) / median(reference);
-    std::printf("%-44s %10.2f %-2s %10.2f %-2s %7.3f %7.2f %7.2f%s\n", comparison.name.c_str(), median(ours),
-                comparison.unit.c_str(), median(reference), comparison.unit.c_str(), ratio, comparison.limit,
-                comparison.aim, ratio > comparison.limit ? "  ABOVE THE LIMIT" : "");
+    if (comparison.rounds % 2 != 0) std::reverse(ways.begin(), ways.end());
+    const double reference = median(ways[1].costs);
+    const double ratio = median(ways[0].costs) / reference;
+    print_row(ways[0], reference, comparison.unit);
+    std::printf(" %7.2f %7.2f  %s\n", comparison.limit, comparison.aim, verdict(ratio, comparison));
+    for (std::size_t i = 2; i < ways.size(); ++i) {
+        print_row(ways[i], reference, comparison.unit);
+        std::printf("\n");
+    }
     std::fflush(stdout);
     return ratio;
 }

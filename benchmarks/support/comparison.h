@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace bench {
 
@@ -26,13 +28,14 @@ struct Comparison {
     double limit = 0.0;  // at most this many times the reference
     double aim = 0.0;
     std::string unit = "ns";
-    int rounds = 25;  // after one to warm up
+    int rounds = 25;                                           // after one to warm up
+    std::vector<std::pair<std::string, Measure>> others = {};  // take turns with them, without a limit
 };
 
 // Prints the head of the table; `reference` says what ours are compared with.
 void print_head(const std::string& reference);
 
-// Measures, prints one line of the table, and returns the ratio.
+// Measures, prints one line of the table and one for each of the others, and returns the ratio.
 double compare(const Comparison& comparison);
 
 // Prints a figure that has no reference.
