@@ -32,6 +32,7 @@ inline MachineDescription plain_machine() {
 // Writes down what a machine reports.
 struct Recorder : Listener {
     void on_event(Event event) override { events.push_back(event); }
+    void on_warning(Warning warning) override { warnings.push_back(warning); }
     void on_point(std::size_t number, const std::vector<double>& values) override {
         numbers.push_back(number);
         points.push_back(values);
@@ -39,6 +40,7 @@ struct Recorder : Listener {
     void on_end(Error error) override { ends.push_back(error); }
 
     std::vector<Event> events;
+    std::vector<Warning> warnings;
     std::vector<std::size_t> numbers;
     std::vector<std::vector<double>> points;
     std::vector<Error> ends;

@@ -1,9 +1,12 @@
 // What a machine is made of. docs/simulator.md tells how an ini file says it.
 #pragma once
 
+#include <array>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,7 +41,46 @@ struct AxisDescription {
     bool on_keypad = false;
     bool can_scan = false;
     bool can_spin = false;
-    double spinning = 0.0;  // degrees per second, negative for reverse; 0: stands
+    double spin_speed = 0.0;  // degrees per second
+    double spinning = 0.0;    // from the start, degrees per second, negative for reverse; 0: stands
+};
+
+// One tip of one probe; both numbers from 1 on. 0 and 0: none.
+struct TipId {
+    std::int32_t probe = 0;
+    std::int32_t tip = 0;
+
+    friend auto operator<=>(const TipId&, const TipId&) = default;
+};
+using TipNumbers = std::array<double, 4>;  // x, y, z of the ball's centre, and its diameter, in mm
+
+// The probes that the machine can take up. Without highest numbers there is no choice: one probe for good.
+struct ProbesDescription {
+    std::int32_t highest_probe = 0;
+    std::int32_t highest_tip = 0;
+    bool has_changer = false;
+    double seconds = 3.0;  // to take one up or put one down
+    TipId loaded;
+    std::map<TipId, TipNumbers> tips;
+};
+
+using ProbesystemNumbers = std::array<double, 6>;
+
+// A kind of probe head that the machine can work with, and the ids under which heads of it are known.
+struct ProbesystemDescription {
+    std::int32_t kind = 1;  // 1 or 2, as the `probesystem type` answer has them, and so the next four
+    std::int32_t a = 0;
+    std::int32_t b = 0;
+    double c = 0.0;
+    double d = 0.0;
+    std::map<std::int32_t, ProbesystemNumbers> ids;
+};
+
+struct ProbesystemsDescription {
+    std::map<std::string, ProbesystemDescription> supported;
+    double seconds = 5.0;  // to load or unload one
+    std::string loaded;    // empty: none
+    std::int32_t loaded_id = 0;
 };
 
 struct MachineDescription {
@@ -56,6 +98,9 @@ struct MachineDescription {
     std::size_t max_points = 10000000;
     std::uint64_t seed = 1;
     std::vector<AxisDescription> axes;
+    ProbesDescription probes;
+    ProbesystemsDescription probesystems;
+    std::optional<std::array<double, 6>> wobble;  // without it the machine has none
     WorkpieceDescription workpiece;
 };
 

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <string_view>
 
 #include "fileops.h"
+#include "machine/probesreader.h"
 #include "numbers.h"
 #include "stl_utilities.h"
 
@@ -15,7 +17,7 @@ namespace {
 
 constexpr double any = 1e9;  // beyond every length, angle and speed of a machine
 constexpr double positive = 1e-6;
-constexpr std::string_view axis_prefix = "axis ";
+constexpr double hour = 3600.0;
 
 // The kinds by name.
 struct KindName {
@@ -73,6 +75,23 @@ void read_probe(IniSection& section, MachineDescription& machine) {
     std::int64_t points = static_cast<std::int64_t>(machine.max_points);
     section.integer("max_points", points, 1, 1000000000);
     machine.max_points = static_cast<std::size_t>(points);
+    read_probes(section, machine);
+}
+
+void read_probesystems(IniSection& section, MachineDescription& machine) {
+    section.number("seconds", machine.probesystems.seconds, 0.0, hour);
+}
+
+void read_wobble(IniSection& section, MachineDescription& machine) {
+    if (!section.exists()) return;
+    std::vector<double> numbers;
+    section.numbers("numbers", numbers);
+    std::array<double, 6> wobble{};
+    const bool is_finite = std::all_of(numbers.begin(), numbers.end(),
+                                       [](double number) { return number >= -any && number <= any; });
+    if (numbers.size() != wobble.size() || !is_finite) section.complain("numbers", "there are six numbers");
+    std::copy(numbers.begin(), numbers.end(), wobble.begin());
+    machine.wobble = wobble;
 }
 
 bool is_reserved(const std::string& name) {
@@ -104,6 +123,8 @@ void check_axis(const IniSection& section, const AxisDescription& axis) {
         section.complain("values", "goes with step=0, and only with that");
     }
     if (axis.spinning != 0.0 && !axis.can_spin) section.complain("spinning", "needs spin=1");
+    if (axis.can_spin && axis.kind != AxisKind::spindle) section.complain("spin", "only a spindle spins");
+    if (axis.can_spin && axis.spin_speed == 0.0) section.complain("spin_speed", "must be above 0");
     check_place(section, axis, "start", axis.start);
     check_place(section, axis, "home", axis.home);
     check_place(section, axis, "reference", axis.reference);
@@ -132,6 +153,8 @@ AxisDescription read_axis(IniSection& section, const std::string& name) {
     section.flag("scan", axis.can_scan);
     section.flag("spin", axis.can_spin);
     section.number("spinning", axis.spinning, -any, any);
+    axis.spin_speed = axis.spinning != 0.0 ? std::abs(axis.spinning) : axis.speed;
+    section.number("spin_speed", axis.spin_speed, 0.0, any);
     check_axis(section, axis);
     return axis;
 }
@@ -207,7 +230,28 @@ constexpr std::array section_readers{
                   [](IniSection& section, MachineDescription& m) { read_pairs(section, m.options); }},
     SectionReader{"motion", read_motion},
     SectionReader{"probe", read_probe},
+    SectionReader{"probesystems", read_probesystems},
+    SectionReader{"wobble", read_wobble},
     SectionReader{"workpiece", read_workpiece}};
+
+// Sections that there may be many of, told by the begin of their names.
+struct ManyReader {
+    std::string_view prefix;
+    void (*read)(IniSection& section, const std::string& rest, MachineDescription& machine);
+};
+constexpr std::array many_readers{
+    ManyReader{"axis ", [](IniSection& section, const std::string& name,
+                           MachineDescription& m) { m.axes.push_back(read_axis(section, name)); }},
+    ManyReader{"tip ", read_tip}, ManyReader{"probesystem ", read_probesystem}};
+
+void read_one_of_many(IniSection& section, const std::string& name, MachineDescription& machine) {
+    for (const ManyReader& reader : many_readers) {
+        if (!name.starts_with(reader.prefix)) continue;
+        reader.read(section, name.substr(reader.prefix.size()), machine);
+        return section.no_more_keys();
+    }
+    section.complain("", "no such section");
+}
 
 MachineDescription read_model(const MIniData& ini, const std::string& file) {
     MachineDescription machine;
@@ -219,16 +263,13 @@ MachineDescription read_model(const MIniData& ini, const std::string& file) {
     std::vector<std::string> names;
     ini.GetSectionNames(names);
     for (const std::string& name : names) {
+        const bool is_read = std::any_of(section_readers.begin(), section_readers.end(),
+                                         [&](const SectionReader& reader) { return name == reader.name; });
         IniSection section(ini, file, name);
-        if (name.starts_with(axis_prefix)) {
-            machine.axes.push_back(read_axis(section, name.substr(axis_prefix.size())));
-            section.no_more_keys();
-        } else if (std::none_of(section_readers.begin(), section_readers.end(),
-                                [&](const SectionReader& reader) { return name == reader.name; })) {
-            section.complain("", "no such section");
-        }
+        if (!is_read) read_one_of_many(section, name, machine);
     }
     check_spindle(IniSection(ini, file, "workpiece"), machine);
+    check_probes(IniSection(ini, file, "probe"), machine);
     if (machine.axes.empty()) throw DescriptionError(file + ": there is no [axis NAME] section");
     return machine;
 }

@@ -1,6 +1,7 @@
 #include "machine/machine.h"
 
 #include <cmath>
+#include <utility>
 
 namespace zendrix::sim {
 
@@ -11,10 +12,15 @@ Machine::Machine(const MachineDescription& description, Listener& listener)
       m_noise(description.seed),
       m_speed(description.speed),
       m_scan_speed(description.scan_speed),
-      m_scan_step(description.scan_step) {
+      m_scan_step(description.scan_step),
+      m_probes(description.probes),
+      m_probesystems(description.probesystems),
+      m_wobble(description.wobble) {
     for (const AxisDescription& axis : description.axes) {
-        const bool initialized = axis.needs_init && description.starts_initialized;
-        m_axes.push_back({axis, axis.start, 0.0, initialized});
+        Axis& fitted = m_axes.emplace_back(Axis{axis});
+        fitted.position = axis.start;
+        fitted.initialized = axis.needs_init && description.starts_initialized;
+        fitted.spin = axis.spinning;
     }
     m_x = find("x");
     m_y = find("y");
@@ -24,35 +30,52 @@ Machine::Machine(const MachineDescription& description, Listener& listener)
 }
 
 void Machine::advance(double now, std::size_t max_points) {
-    double seconds = std::max(0.0, now - m_now);
+    const double seconds = std::max(0.0, now - m_now);
     m_now += seconds;
-    if (m_motion && !m_has_begun) {
-        m_has_begun = true;
-        m_listener.on_event(Event::movement_begin);
+    if (m_motion) {
+        if (!m_has_begun) begin_motion();
+        return advance_motion(seconds, max_points);
     }
-    if (!m_motion || (is_measuring() && max_points == 0)) return;
+    turn(seconds);
+    if (m_handling && m_handling->advance(seconds)) end(m_result);
+}
+
+void Machine::begin_motion() {
+    m_has_begun = true;
+    m_listener.on_event(Event::movement_begin);
+    if (std::exchange(m_touches, false)) m_listener.on_event(Event::probe_contact_lost);
+}
+
+void Machine::advance_motion(double seconds, std::size_t max_points) {
+    // A scan that waits for its reader stands still; what turns by itself doesn't.
+    if (is_measuring() && max_points == 0) return turn(seconds);
     for (;;) {
-        switch (m_motion->advance(seconds)) {
-            case Motion::Reached::time:
-                take_positions();
-                return;
-            case Motion::Reached::end:
-                take_positions();
-                return finish();
-            case Motion::Reached::point:
-                break;
-        }
+        const double before = seconds;
+        const Motion::Reached reached = m_motion->advance(seconds);
+        turn(before - seconds);
         take_positions();
+        if (reached == Motion::Reached::time) return;
+        if (reached == Motion::Reached::end) {
+            turn(seconds);
+            return finish();
+        }
         if (!measure()) stop(Error::no_contact);
-        if (--max_points == 0) return;
+        if (--max_points == 0) return turn(seconds);
     }
 }
 
-double Machine::end_time() const { return m_now + (m_motion ? m_motion->remaining() : 0.0); }
+double Machine::end_time() const {
+    if (m_handling) return m_now + m_handling->remaining();
+    return m_now + (m_motion ? m_motion->remaining() : 0.0);
+}
 
 void Machine::take_positions() {
     m_motion->positions(m_positions);
-    for (std::size_t i = 0; i < m_axes.size(); ++i) m_axes[i].position = m_positions[i];
+    for (std::size_t i = 0; i < m_axes.size(); ++i) {
+        // A motion holds what it doesn't move where it was; what spins goes its own way.
+        if (m_axes[i].spin != 0.0) m_positions[i] = m_axes[i].position;
+        m_axes[i].position = m_positions[i];
+    }
 }
 
 Vector3 Machine::probe_at(const Positions& positions) const {
@@ -67,9 +90,13 @@ double Machine::spindle_turn(const Positions& positions) const {
 bool Machine::measure() {
     const Vector3 probe = probe_at(m_positions);
     const Workpiece::View view = m_workpiece.look(probe, spindle_turn(m_positions));
-    if (view.is_beside || std::abs(view.height) > m_description.probing_range) return false;
+    if (view.is_beside || std::abs(view.height) > m_description.probing_range) {
+        if (std::exchange(m_touches, false)) m_listener.on_event(Event::probe_contact_lost);
+        return false;
+    }
     if (m_points_sent++ == 0) {
         m_measuring_since = m_motion->elapsed();
+        m_touches = true;
         m_listener.on_event(Event::probe_contact);
         m_listener.on_event(Event::measurement_begin);
     }
@@ -99,14 +126,15 @@ void Machine::end_measuring() {
 }
 
 void Machine::stop(Error error) {
-    if (!m_motion || m_result != Error::none) return;
+    if (!is_busy() || m_result != Error::none) return;
     m_result = error;
+    if (m_handling) return m_handling->stop();
     m_motion->stop();
     end_measuring();
 }
 
 void Machine::stop_at_once(Error error) {
-    if (!m_motion) return;
+    if (!is_busy()) return;
     end_measuring();
     end(error);
 }
@@ -114,6 +142,7 @@ void Machine::stop_at_once(Error error) {
 void Machine::emergency() {
     m_has_emergency = true;
     stop_at_once(Error::emergency);
+    stop_spins();
 }
 
 void Machine::reset() {
@@ -133,14 +162,18 @@ void Machine::finish() {
     }
     if (m_goal == Goal::contact) {
         if (!m_has_contact) return end(Error::no_contact);
+        m_touches = true;
         m_listener.on_event(Event::probe_contact);
     }
     end(Error::none);
 }
 
 void Machine::end(Error error) {
-    m_motion.reset();
-    m_listener.on_event(Event::movement_end);
+    m_handling.reset();
+    if (m_motion) {
+        m_motion.reset();
+        m_listener.on_event(Event::movement_end);
+    }
     m_listener.on_end(error);
 }
 

@@ -1,32 +1,40 @@
-// The simulated machine: axes, one motion at a time, a probe and the part that it touches. A pure model: no
-// threads, no sockets, and time comes in with advance().
+// The simulated machine: axes, probes, a keypad, one action at a time, and the part that it touches. A pure
+// model: no threads, no sockets, and time comes in with advance().
 //
-// Requests that can't be carried out throw Refused and change nothing. A motion that was taken up reports to
-// the listener, and ended() is the last that it says.
+// Requests that can't be carried out throw Refused and change nothing. An action that was taken up, a motion
+// or something else that takes time, reports to the listener, and on_end() is the last that it says.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "machine/axis.h"
 #include "machine/error.h"
+#include "machine/handling.h"
 #include "machine/motion.h"
 #include "machine/noise.h"
+#include "machine/probestore.h"
+#include "machine/probesystemstore.h"
 #include "machine/workpiece.h"
 #include "tokens.h"
 
 namespace zendrix::sim {
 
-// What a motion reports, out of start and advance(). It may not call the machine back.
+// What the machine reports, out of any operation that changes it. It may not call the machine back.
 class Listener {
 public:
     virtual ~Listener() = default;
     virtual void on_event(Event event) = 0;
+    virtual void on_warning(Warning warning) = 0;  // about the present action
     // A measured point; `number` counts from 1 within the scan.
     virtual void on_point(std::size_t number, const std::vector<double>& values) = 0;
     virtual void on_end(Error error) = 0;
@@ -80,6 +88,47 @@ public:
     // What every point holds: axis names, "time", "deflection". Empty: x y z.
     void select_data(const Names& names);
 
+    // Probes and probe systems. What takes time is an action, as a motion is.
+    ProbeStore& probes() { return m_probes; }
+    const ProbeStore& probes() const { return m_probes; }
+    ProbesystemStore& probesystems() { return m_probesystems; }
+    const ProbesystemStore& probesystems() const { return m_probesystems; }
+    void load_probe(TipId id);
+    void change_probe(TipId id);
+    void unload_probe();
+    void offset_probe(const Targets& offsets);  // of x, y and z
+    void load_probesystem(const std::string& name, std::int32_t id);
+    void unload_probesystem();
+
+    // The keypad. An axis that is enabled there is in the operator's hand, and moves for nobody else.
+    bool has_keypad() const;
+    void switch_keypad(bool on, const Names& names);  // empty: all axes of the keypad. An action
+    // The effect of a key, by what follows "keypad: " in its event.
+    void press_key(std::string_view key);
+
+    // Spindles that turn by themselves.
+    struct Spin {
+        std::string name;
+        bool is_reverse;
+    };
+    void start_spin(const std::vector<Spin>& axes);
+    void stop_spin(const Names& names);  // empty: all
+
+    using Wobble = std::array<double, 6>;
+    const std::optional<Wobble>& wobble() const { return m_wobble; }
+    void set_wobble(const Wobble& wobble);
+
+    // What somebody at the machine does.
+    void put_out_of_use(const std::string& axis);
+    void put_into_use(const std::string& axis);
+    void fit_changer(bool is_there);
+    // Takes a command word out of the machine's vocabulary, or puts it back.
+    void withdraw(const std::string& words);
+    void restore(const std::string& words);
+    const std::set<std::string, std::less<>>& withdrawn() const { return m_withdrawn; }
+    // By hand: an axis without a drive, or one that is enabled on the keypad.
+    void place(const Targets& positions);
+
     // Motions. One at a time.
     void init(const Names& names);  // empty: all that need it
     void home();
@@ -92,20 +141,21 @@ public:
     void scan_polygon(const Targets& points);
     void scan_arc(const ArcRequest& arc, const Targets& others);
 
-    bool is_busy() const { return m_motion.has_value(); }
+    bool is_busy() const { return m_motion.has_value() || m_handling.has_value(); }
+    bool is_in_emergency() const { return m_has_emergency; }
     bool is_measuring() const { return m_motion && m_motion->point_count() > 0 && m_result == Error::none; }
-    // Slows down to a stand; the motion then ends with this error.
+    // Slows down to a stand; the action then ends with this error.
     void stop(Error error);
     // The same without slowing down.
     void stop_at_once(Error error);
-    // Stops at once and refuses motions until reset().
+    // Stops at once, spindles too, and refuses actions until reset().
     void emergency();
     void reset();
 
     // Goes on to this time. A scan halts for good, not only until the next call, where the points would be
     // more than `max_points`: a scan waits for its reader, whatever the clock says.
     void advance(double now, std::size_t max_points);
-    // When the present motion ends if nobody stops it.
+    // When the present action ends if nobody stops it.
     double end_time() const;
 
 private:
@@ -127,6 +177,7 @@ private:
     void require_idle() const;
     void require_scanning() const;
     void require_ready(std::size_t axis) const;
+    void require_free(std::size_t axis) const;
     double goal_of(std::size_t axis, const wire::Target& target, double from) const;
     Positions reach(Positions from, std::span<const wire::Target> targets, Use use) const;
     std::vector<Positions> corners(const Targets& points, Use use) const;
@@ -137,7 +188,21 @@ private:
     void start(Motion motion, Goal goal);
     void start_scan(Motion motion);
 
+    // machine_handling.cpp
+    void begin_handling(std::vector<Handling::Step> steps);
+    Handling::Step put_down();
+    Handling::Step take_up(TipId id);
+    void warn_if(bool is_needed, Warning warning);
+
+    // machine_keypad.cpp
+    bool hand_over(const std::vector<std::size_t>& axes, bool to_keypad);
+    std::vector<std::size_t> keypad_axes() const;
+    void stop_spins();
+    void turn(double seconds);
+
     // machine.cpp
+    void advance_motion(double seconds, std::size_t max_points);
+    void begin_motion();
     Vector3 probe_at(const Positions& positions) const;
     double spindle_turn(const Positions& positions) const;
     bool measure();
@@ -159,12 +224,18 @@ private:
     Names m_move_base;
     Names m_scan_base;
     bool m_has_emergency = false;
+    bool m_touches = false;  // the probe rests on the part
+    ProbeStore m_probes;
+    ProbesystemStore m_probesystems;
+    std::optional<Wobble> m_wobble;
+    std::set<std::string, std::less<>> m_withdrawn;
 
     static constexpr std::size_t select_time = static_cast<std::size_t>(-2);
     static constexpr std::size_t select_deflection = static_cast<std::size_t>(-3);
     std::vector<std::size_t> m_selection;  // axis indices and the two above
 
     double m_now = 0.0;
+    std::optional<Handling> m_handling;
     std::optional<Motion> m_motion;
     Goal m_goal = Goal::travel;
     bool m_has_begun = false;

@@ -49,10 +49,17 @@ bool Machine::all_initialized() const {
 }
 
 std::vector<Machine::Pseudo> Machine::pseudo_axes() const {
-    const double probe = m_description.has_probe ? 1.0 : 0.0;
+    const double fixed = m_description.has_probe ? 1.0 : 0.0;
+    Pseudo probe{"probe", fixed, fixed, 1.0, fixed, false};
+    Pseudo tip{"tip", fixed, fixed, 1.0, fixed, false};
+    if (m_probes.exists()) {
+        const auto [loaded_probe, loaded_tip] = m_probes.loaded();
+        probe = {"probe", 0.0, double(m_probes.highest_probe()), 1.0, double(loaded_probe), false};
+        tip = {"tip", 0.0, double(m_probes.highest_tip()), 1.0, double(loaded_tip), false};
+    }
     return {{"init", 0.0, 1.0, 1.0, all_initialized() ? 1.0 : 0.0, false},
-            {"probe", probe, probe, 1.0, probe, false},
-            {"tip", probe, probe, 1.0, probe, false},
+            probe,
+            tip,
             {"speed", smallest, max_speed, smallest, m_speed, true},
             {"scanspeed", smallest, max_speed, smallest, m_scan_speed, true},
             {"scanstep", smallest, max_step, smallest, m_scan_step, true}};

@@ -24,16 +24,23 @@ void require_finite(std::initializer_list<double> numbers) {
 // Checks on what the whole machine is doing come after those on the request itself.
 
 void Machine::require_idle() const {
-    if (m_motion) throw Refused{Error::wrong_state};
+    if (is_busy()) throw Refused{Error::wrong_state};
 }
 
 void Machine::require_scanning() const {
     if (!has_scanning()) throw Refused{Error::wrong_state};
+    if (m_probes.exists() && !m_probes.is_loaded()) throw Refused{Error::probe_not_loaded};
     for (const std::size_t axis : {m_x, m_y, m_z}) require_ready(axis);
 }
 
 void Machine::require_ready(std::size_t axis) const {
     if (!m_axes[axis].is_ready()) throw Refused{Error::not_initialized};
+    require_free(axis);
+}
+
+void Machine::require_free(std::size_t axis) const {
+    if (m_axes[axis].is_on_hand) throw Refused{Error::keypad_enabled};
+    if (m_axes[axis].spin != 0.0) throw Refused{Error::wrong_state};
 }
 
 Machine::Positions Machine::standing() const {
@@ -128,12 +135,13 @@ void Machine::init(const Names& names) {
     std::vector<std::size_t> chosen;
     if (!names.empty()) chosen = indices(names);
     for (std::size_t i = 0; names.empty() && i < m_axes.size(); ++i) {
-        if (m_axes[i].is.needs_init) chosen.push_back(i);
+        if (m_axes[i].needs_init()) chosen.push_back(i);
     }
     Positions to = standing();
     for (const std::size_t i : chosen) {
         const Axis& axis = m_axes[i];
-        if (!axis.is.needs_init) throw Refused{Error::invalid_axis};
+        if (!axis.needs_init()) throw Refused{Error::invalid_axis};
+        require_free(i);
         if (!axis.is_driven()) continue;
         to[i] = axis.is.reference;
         // A spindle's mark comes round once a turn.
@@ -148,7 +156,7 @@ void Machine::init(const Names& names) {
 void Machine::home() {
     Positions to = standing();
     for (std::size_t i = 0; i < m_axes.size(); ++i) {
-        if (!m_axes[i].is_driven()) continue;
+        if (!m_axes[i].is_driven() || m_axes[i].spin != 0.0) continue;
         require_ready(i);
         to[i] = m_axes[i].is.home;
     }

@@ -1,5 +1,7 @@
 #include "protocol/arguments.h"
 
+#include <limits>
+
 #include "machine/error.h"
 
 namespace zendrix::sim {
@@ -35,10 +37,22 @@ std::int64_t integer(Arguments& arguments, std::int64_t low, std::int64_t high) 
     return value;
 }
 
+std::int32_t small_integer(Arguments& arguments) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(integer(arguments, Limits::min(), Limits::max()));
+}
+
 double number(Arguments& arguments) {
     require_one(arguments);
     double value = 0.0;
     if (!arguments.number(value)) throw Refused{Error::invalid_argument};
+    return value;
+}
+
+std::string text(Arguments& arguments) {
+    require_one(arguments);
+    std::string value;
+    if (!arguments.name(value)) throw Refused{Error::syntax_invalid};
     return value;
 }
 

@@ -101,6 +101,14 @@ void Conversation::event(const std::string& text) {
     m_transport.sent();
 }
 
+void Conversation::warning(std::int64_t id, Warning warning) {
+    std::string& out = m_transport.out();
+    wire::append_id(out, id);
+    out += warning_text(static_cast<int>(warning));
+    wire::append_end(out);
+    m_transport.sent();
+}
+
 void Conversation::point(std::int64_t id, std::size_t number, const std::vector<double>& values) {
     std::string& out = m_transport.out();
     const std::size_t begin = out.size();

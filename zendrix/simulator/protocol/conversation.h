@@ -41,6 +41,7 @@ public:
 
     // From the hub.
     void event(const std::string& text);
+    void warning(std::int64_t id, Warning warning);
     void point(std::int64_t id, std::size_t number, const std::vector<double>& values);
     void end(std::int64_t id, Error error);
 
@@ -58,10 +59,6 @@ public:
     Outcome capabilities(wire::TokenReader& arguments);
     Outcome init_list(wire::TokenReader& arguments);
     Outcome init_active(wire::TokenReader& arguments);
-    Outcome keypad_list(wire::TokenReader& arguments);
-    Outcome keypad_active(wire::TokenReader& arguments);
-    Outcome spin_list(wire::TokenReader& arguments);
-    Outcome spin_active(wire::TokenReader& arguments);
     Outcome get(wire::TokenReader& arguments);
     Outcome scanaxis(wire::TokenReader& arguments);
     Outcome moveaxis(wire::TokenReader& arguments);
@@ -87,6 +84,36 @@ public:
     Outcome scancircle(wire::TokenReader& arguments);
     Outcome scancone(wire::TokenReader& arguments);
     Outcome scandata(wire::TokenReader& arguments);
+    // conversation_keypad.cpp
+    Outcome keypad_list(wire::TokenReader& arguments);
+    Outcome keypad_active(wire::TokenReader& arguments);
+    Outcome keypad_enable(wire::TokenReader& arguments);
+    Outcome keypad_disable(wire::TokenReader& arguments);
+    Outcome spin_list(wire::TokenReader& arguments);
+    Outcome spin_active(wire::TokenReader& arguments);
+    Outcome spin_enable(wire::TokenReader& arguments);
+    Outcome spin_disable(wire::TokenReader& arguments);
+    Outcome wobble_get(wire::TokenReader& arguments);
+    Outcome wobble(wire::TokenReader& arguments);
+    // conversation_probes.cpp
+    Outcome probe_info(wire::TokenReader& arguments);
+    Outcome probe_list(wire::TokenReader& arguments);
+    Outcome probe_define(wire::TokenReader& arguments);
+    Outcome probe_delete(wire::TokenReader& arguments);
+    Outcome probe_load(wire::TokenReader& arguments);
+    Outcome probe_change(wire::TokenReader& arguments);
+    Outcome probe_unload(wire::TokenReader& arguments);
+    Outcome probe_offset(wire::TokenReader& arguments);
+    Outcome probesystem_list(wire::TokenReader& arguments);
+    Outcome probesystem_records(wire::TokenReader& arguments);
+    Outcome probesystem_info(wire::TokenReader& arguments);
+    Outcome probesystem_type(wire::TokenReader& arguments);
+    Outcome probesystem_define(wire::TokenReader& arguments);
+    Outcome probesystem_delete(wire::TokenReader& arguments);
+    Outcome probesystem_load(wire::TokenReader& arguments);
+    Outcome probesystem_unload(wire::TokenReader& arguments);
+    // conversation_control.cpp
+    Outcome control(wire::TokenReader& arguments);
     Outcome not_implemented(wire::TokenReader& arguments);
 
 private:

@@ -1,11 +1,11 @@
 // The handlers that look, and those that change something without a motion.
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <map>
 
 #include "append_number.h"
 #include "protocol/arguments.h"
+#include "protocol/axisnames.h"
 #include "protocol/conversation.h"
 #include "protocol/requests.h"
 #include "request.h"
@@ -20,17 +20,7 @@ using Outcome = Conversation::Outcome;
 
 constexpr std::int64_t max_interval = 3600000;  // ms of a watch
 constexpr std::chrono::milliseconds lock_patience(2000);
-constexpr std::chrono::milliseconds fastest_watch(2);
-
-// The names of the axes that have this.
-template <class Condition>
-Names names_of(const Machine& machine, Condition condition) {
-    Names names;
-    for (const Axis& axis : machine.axes()) {
-        if (condition(axis)) names.push_back(axis.is.name);
-    }
-    return names;
-}
+constexpr std::chrono::milliseconds fastest_watch(1);
 
 void append_pairs(std::string& out, std::int64_t id, const std::map<std::string, std::string>& pairs) {
     for (const auto& [name, version] : pairs) {
@@ -121,7 +111,7 @@ Outcome Conversation::commands(Arguments& arguments) {
     no_more(arguments);
     Names words;
     for (const Request& request : requests()) {
-        if (request.is_offered(machine())) words.emplace_back(request.words);
+        if (is_known(request, machine())) words.emplace_back(request.words);
     }
     texts(words);
     return Outcome::done;
@@ -157,48 +147,13 @@ Outcome Conversation::capabilities(Arguments& arguments) {
 
 Outcome Conversation::init_list(Arguments& arguments) {
     no_more(arguments);
-    texts(names_of(machine(), [](const Axis& axis) { return axis.is.needs_init; }));
+    texts(names_of(machine(), [](const Axis& axis) { return axis.needs_init(); }));
     return Outcome::done;
 }
 
 Outcome Conversation::init_active(Arguments& arguments) {
     no_more(arguments);
-    texts(names_of(machine(), [](const Axis& axis) { return axis.initialized; }));
-    return Outcome::done;
-}
-
-Outcome Conversation::keypad_list(Arguments& arguments) {
-    const bool inactive_too = arguments.keyword("+inactive");
-    no_more(arguments);
-    texts(names_of(machine(), [&](const Axis& axis) {
-        return axis.is.on_keypad && (inactive_too || axis.is_active());
-    }));
-    return Outcome::done;
-}
-
-// Nobody can enable the keypad yet, so no axis listens to it.
-Outcome Conversation::keypad_active(Arguments& arguments) {
-    no_more(arguments);
-    return Outcome::done;
-}
-
-Outcome Conversation::spin_list(Arguments& arguments) {
-    no_more(arguments);
-    texts(names_of(machine(), [](const Axis& axis) { return axis.is.can_spin; }));
-    return Outcome::done;
-}
-
-Outcome Conversation::spin_active(Arguments& arguments) {
-    no_more(arguments);
-    for (const Axis& axis : machine().axes()) {
-        if (axis.is.spinning == 0.0) continue;
-        std::string& out = m_transport.out();
-        wire::append_data(out, m_id);
-        out += ' ';
-        wire::append_quoted(out, (axis.is.spinning < 0.0 ? "-" : "+") + axis.is.name);
-        append_number(out, std::abs(axis.is.spinning));
-        wire::append_end(out);
-    }
+    texts(names_of(machine(), [](const Axis& axis) { return axis.initialized && axis.is_active(); }));
     return Outcome::done;
 }
 

@@ -14,8 +14,6 @@ constexpr std::size_t batch = 2048;
 // A scan whose clock is slow still sends its points this often.
 constexpr Clock::Duration scan_tick(0.005);
 
-constexpr int emergency_event = 44;
-
 }  // namespace
 
 Hub::Hub(const MachineDescription& description, Clock& clock, FaultPlan faults, Revision revision)
@@ -97,7 +95,7 @@ bool Hub::advance() {
     if (m_wants_emergency) {
         m_wants_emergency = false;
         m_machine.emergency();
-        raise(event_name(emergency_event));
+        raise(Event::emergency_active);
     }
     return m_machine.is_busy() && !(m_machine.is_measuring() && is_held_up());
 }
@@ -108,6 +106,10 @@ Clock::Duration Hub::rest() {
 }
 
 void Hub::halt() { m_machine.stop_at_once(Error::aborted); }
+
+void Hub::on_warning(Warning warning) {
+    if (m_owner != nullptr) m_owner->warning(m_owner_id, warning);
+}
 
 void Hub::on_point(std::size_t number, const std::vector<double>& values) {
     if (m_owner != nullptr) m_owner->point(m_owner_id, number, values);

@@ -69,6 +69,7 @@ private:
     bool is_held_up() const;
     void grant();
     void on_event(Event event) override { raise(event); }
+    void on_warning(Warning warning) override;
     void on_point(std::size_t number, const std::vector<double>& values) override;
     void on_end(Error error) override;
 

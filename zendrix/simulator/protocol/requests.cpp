@@ -20,9 +20,14 @@ bool some(const Machine& machine) {
                        [](const Axis& axis) { return axis.is.*Property; });
 }
 constexpr auto initializing = some<&AxisDescription::needs_init>;
-constexpr auto keypad = some<&AxisDescription::on_keypad>;
 constexpr auto spinning = some<&AxisDescription::can_spin>;
 constexpr auto limited = some<&AxisDescription::has_limits>;
+
+bool keypad(const Machine& machine) { return machine.has_keypad(); }
+bool wobbling(const Machine& machine) { return machine.wobble().has_value(); }
+bool probes(const Machine& machine) { return machine.probes().exists(); }
+bool changing(const Machine& machine) { return machine.probes().exists() && machine.probes().has_changer(); }
+bool probesystems(const Machine& machine) { return machine.probesystems().exists(); }
 
 bool arcs(const Machine& machine) {
     const auto has = [&](const char* name) {
@@ -75,40 +80,46 @@ constexpr std::array table{
     Request{"scancircle", transaction, &C::scancircle, scanning},
     Request{"scancone", transaction, &C::scancone, scanning},
     Request{"scandata", transaction, &C::scandata, scanning},
-    Request{"wobble get", unbuilt, &C::not_implemented, never},
-    Request{"wobble", unbuilt, &C::not_implemented, never},
-    Request{"keypad enable", unbuilt, &C::not_implemented, never},
-    Request{"keypad disable", unbuilt, &C::not_implemented, never},
-    Request{"spin enable", unbuilt, &C::not_implemented, never},
-    Request{"spin disable", unbuilt, &C::not_implemented, never},
-    Request{"probe list", unbuilt, &C::not_implemented, never},
-    Request{"probe define", unbuilt, &C::not_implemented, never},
-    Request{"probe delete", unbuilt, &C::not_implemented, never},
-    Request{"probe load", unbuilt, &C::not_implemented, never},
-    Request{"probe change", unbuilt, &C::not_implemented, never},
-    Request{"probe unload", unbuilt, &C::not_implemented, never},
-    Request{"probe offset", unbuilt, &C::not_implemented, never},
-    Request{"probesystem list", unbuilt, &C::not_implemented, never},
-    Request{"probesystem records", unbuilt, &C::not_implemented, never},
-    Request{"probesystem info", unbuilt, &C::not_implemented, never},
-    Request{"probesystem type", unbuilt, &C::not_implemented, never},
-    Request{"probesystem define", unbuilt, &C::not_implemented, never},
-    Request{"probesystem delete", unbuilt, &C::not_implemented, never},
-    Request{"probesystem load", unbuilt, &C::not_implemented, never},
-    Request{"probesystem unload", unbuilt, &C::not_implemented, never},
+    Request{"wobble get", query, &C::wobble_get, wobbling},
+    Request{"wobble", action, &C::wobble, wobbling},
+    Request{"keypad enable", transaction, &C::keypad_enable, keypad},
+    Request{"keypad disable", transaction, &C::keypad_disable, keypad},
+    Request{"spin enable", action, &C::spin_enable, spinning},
+    Request{"spin disable", action, &C::spin_disable, spinning},
+    Request{"probe info", query, &C::probe_info, probes},
+    Request{"probe list", query, &C::probe_list, probes},
+    Request{"probe define", action, &C::probe_define, probes},
+    Request{"probe delete", action, &C::probe_delete, probes},
+    Request{"probe load", transaction, &C::probe_load, probes},
+    Request{"probe change", transaction, &C::probe_change, changing},
+    Request{"probe unload", transaction, &C::probe_unload, probes},
+    Request{"probe offset", transaction, &C::probe_offset, probes},
+    Request{"probesystem list", query, &C::probesystem_list, probesystems},
+    Request{"probesystem records", query, &C::probesystem_records, probesystems},
+    Request{"probesystem info", query, &C::probesystem_info, probesystems},
+    Request{"probesystem type", query, &C::probesystem_type, probesystems},
+    Request{"probesystem define", action, &C::probesystem_define, probesystems},
+    Request{"probesystem delete", action, &C::probesystem_delete, probesystems},
+    Request{"probesystem load", transaction, &C::probesystem_load, probesystems},
+    Request{"probesystem unload", transaction, &C::probesystem_unload, probesystems},
+    Request{"sim", query, &C::control, always},
     Request{"send", unbuilt, &C::not_implemented, never},
     Request{"receive", unbuilt, &C::not_implemented, never},
 };
 
-const Request* by_words(std::string_view words) {
+}  // namespace
+
+std::span<const Request> requests() { return table; }
+
+bool is_known(const Request& request, const Machine& machine) {
+    return request.is_offered(machine) && !machine.withdrawn().contains(request.words);
+}
+
+const Request* request_of(std::string_view words) {
     const auto found = std::find_if(table.begin(), table.end(),
                                     [&](const Request& request) { return request.words == words; });
     return found == table.end() ? nullptr : &*found;
 }
-
-}  // namespace
-
-std::span<const Request> requests() { return table; }
 
 const Request& find_request(wire::TokenReader& line, const Machine& machine) {
     std::string_view first;
@@ -118,12 +129,12 @@ const Request& find_request(wire::TokenReader& line, const Machine& machine) {
     wire::TokenReader behind = line;
     std::string_view second;
     if (behind.word(second)) {
-        found = by_words(std::string(first).append(" ").append(second));
+        found = request_of(std::string(first).append(" ").append(second));
         if (found != nullptr) line = behind;
     }
-    if (found == nullptr) found = by_words(first);
-    const bool is_known = found != nullptr && (found->kind == unbuilt || found->is_offered(machine));
-    if (!is_known) throw Refused{Error::command_unknown};
+    if (found == nullptr) found = request_of(first);
+    const bool is_answered = found != nullptr && (found->kind == unbuilt || is_known(*found, machine));
+    if (!is_answered) throw Refused{Error::command_unknown};
     return *found;
 }
 

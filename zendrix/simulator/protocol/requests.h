@@ -24,6 +24,11 @@ struct Request {
 
 std::span<const Request> requests();
 
+// Does this machine, as it is now, take this request?
+bool is_known(const Request& request, const Machine& machine);
+// By its words; null if there is none.
+const Request* request_of(std::string_view words);
+
 // The request that a line begins with; takes its words. Throws if this machine has no such request.
 const Request& find_request(wire::TokenReader& line, const Machine& machine);
 

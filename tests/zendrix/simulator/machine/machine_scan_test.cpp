@@ -156,8 +156,9 @@ TEST_F(ScanTest, OutOfTheProbesRangeThereIsNoContact) {
     pass();
     EXPECT_EQ(said.points.size(), 2u);  // at 19.5 and 20.5; the range is 1 mm
     EXPECT_EQ(said.ends, std::vector{Error::no_contact});
-    EXPECT_EQ(said.events, (std::vector{Event::movement_begin, Event::probe_contact, Event::measurement_begin,
-                                        Event::measurement_end, Event::movement_end}));
+    EXPECT_EQ(said.events,
+              (std::vector{Event::movement_begin, Event::probe_contact, Event::measurement_begin,
+                           Event::probe_contact_lost, Event::measurement_end, Event::movement_end}));
     EXPECT_GT(machine.value("x"), 21.5);  // it took a while to stop
     EXPECT_LT(machine.value("x"), 29.5);
 

@@ -160,7 +160,7 @@ TEST(Hub, WatchLinesHoldTheValues) {
     EXPECT_EQ(rig.client.take(), "");
     rig.client.transport.congested = false;
     EXPECT_EQ(rig.client.ask("0007\twatch -1 50 \"x\""), "0007\tready\r\n");
-    EXPECT_EQ(rig.client.transport.watch.count(), 2);
+    EXPECT_EQ(rig.client.transport.watch.count(), 1);
     EXPECT_EQ(rig.client.ask("0008\twatch 0 0"), "0008\tready\r\n");
     EXPECT_EQ(rig.client.transport.watch.count(), 0);
     rig.client.conversation->send_watch();
