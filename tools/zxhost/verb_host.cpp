@@ -16,13 +16,11 @@ ProgressStyle style_of(const Settings& settings, const Streams& streams) {
     return settings.progress ? ProgressStyle::Lines : ProgressStyle::Off;
 }
 
-HostError error_of(const Action& action, const CommandResult& result) {
-    std::string text = action.name + ": ";
-    if (result.aborted) text += "aborted";
-    for (const std::string& error : result.errors)
-        text += (text.ends_with(": ") ? "" : "; ") + printable(error);
-    return HostError(ExitStatus::MachineError, text,
-                     result.errors.empty() ? "" : way_out_of(result.errors.front()));
+HostError error_of(const std::string& name, bool aborted, const std::vector<std::string>& errors) {
+    std::string text = name + ": ";
+    if (aborted) text += "aborted";
+    for (const std::string& error : errors) text += (text.ends_with(": ") ? "" : "; ") + printable(error);
+    return HostError(ExitStatus::MachineError, text, errors.empty() ? "" : way_out_of(errors.front()));
 }
 
 }  // namespace
@@ -30,7 +28,8 @@ HostError error_of(const Action& action, const CommandResult& result) {
 VerbHost::VerbHost(const Settings& settings, const Streams& streams)
     : m_settings(settings),
       m_streams(streams),
-      m_open(settings),
+      m_own(settings.borrow ? nullptr : std::make_unique<OpenMachine>(settings)),
+      m_open(m_own ? *m_own : settings.borrow()),
       m_progress(streams.err, style_of(settings, streams)),
       m_loop(m_open.machine(), m_open.channel(), m_open.notifier(), *this) {}
 
@@ -43,15 +42,30 @@ void VerbHost::run(const Action& action) {
     m_action = nullptr;
     if (action.progress) show_progress(action);
     m_progress.end();
-    if (!result.good()) throw error_of(action, result);
+    if (!result.good()) throw error_of(action.name, result.aborted, result.errors);
+}
+
+void VerbHost::begin_query() {
+    m_in_query = false;
+    poll();  // what came before belongs to no query
+    m_query_errors.clear();
+    m_in_query = true;
+}
+
+void VerbHost::end_query(const std::string& what) {
+    if (!m_in_query) return;
+    poll();
+    m_in_query = false;
+    if (!m_query_errors.empty()) throw error_of(what, false, m_query_errors);
 }
 
 void VerbHost::on_line(const ChannelLine& line) {
+    if (m_in_query && line.keyword == "error") m_query_errors.push_back(line.text);
     if (m_sink) return m_sink(line);
     // A verb tells the errors of its own command, and a lost connection, at its end.
     const bool is_own_error =
-        line.keyword == "error" && (line.id != "0000" || line.text.rfind("fatal:", 0) == 0);
-    const bool is_plain = line.keyword == "event" || line.keyword == "data";
+        line.keyword == "error" && (m_in_query || line.id != "0000" || line.text.rfind("fatal:", 0) == 0);
+    const bool is_plain = (line.keyword == "event" && !m_settings.events) || line.keyword == "data";
     if (!m_settings.lines && (is_own_error || is_plain)) return;
     m_progress.end();
     if (m_settings.lines)

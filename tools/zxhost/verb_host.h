@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -39,7 +40,7 @@ public:
 
     VerbHost(const Settings& settings, const Streams& streams);
 
-    MMachAbstract& machine() { return m_open.machine(); }
+    MMachAbstract& machine();
     const std::string& address() const { return m_open.address(); }
     const Settings& settings() const { return m_settings; }
     std::ostream& out() { return m_streams.out; }
@@ -49,16 +50,18 @@ public:
     // Each line of the machine goes here instead of being shown in the common way.
     void set_line_sink(LineSink sink) { m_sink = std::move(sink); }
 
-    // Runs the action to its end. Throws HostError if the machine doesn't know it, refuses, fails or is
-    // aborted, and if the connection is lost.
+    // Runs the action to its end; in a rehearsal it is only examined. Throws HostError if the machine doesn't
+    // know it, refuses, fails or is aborted, and if the connection is lost.
     void run(const Action& action);
 
-    // A query of the driver that may fail with an exception.
+    // A query of the driver, which tells of a failure at most by a neutral answer: throws HostError if the
+    // machine said an error meanwhile, if the driver threw, or if the connection is lost. `function` returns
+    // the answer.
     template <class Function>
     auto ask(const std::string& what, Function&& function);
 
     void poll() { m_loop.poll(); }
-    void wait() { m_loop.wait(); }
+    void wait();
 
     // The rows as a table or as JSON.
     void show(const std::vector<Column>& columns, const Json& rows);
@@ -68,22 +71,30 @@ private:
     void on_wake() override;
     void on_abort() override;
     void show_progress(const Action& action);
+    void begin_query();
+    void end_query(const std::string& what);  // throws HostError
 
     Settings m_settings;
     Streams m_streams;
-    OpenMachine m_open;
+    std::unique_ptr<OpenMachine> m_own;  // null where one is borrowed
+    OpenMachine& m_open;
     Progress m_progress;
     HostLoop m_loop;
     LineSink m_sink;
     const Action* m_action = nullptr;
+    bool m_in_query = false;
+    std::vector<std::string> m_query_errors;
 };
 
 template <class Function>
 auto VerbHost::ask(const std::string& what, Function&& function) {
+    begin_query();
     try {
-        return driver_call(what, ExitStatus::MachineError, std::forward<Function>(function));
-    } catch (const HostError&) {
-        poll();  // a lost connection is the better story
+        auto answer = driver_call(what, ExitStatus::MachineError, std::forward<Function>(function));
+        end_query(what);
+        return answer;
+    } catch (...) {
+        end_query(what);  // what the machine said against it is the better story
         throw;
     }
 }
