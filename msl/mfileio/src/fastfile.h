@@ -95,12 +95,19 @@ private:
     char* rewind_limit = buffer.data();  // UnReadChar goes back no further
 };
 
-// How a writer opens its file. The flag makes each write return only when the data is on the disk.
+// How a file is written. A writer takes the first four; with the flag each write returns only when the data
+// is on the disk.
+//
+// A whole file is written in these modes, too, or through a temporary file beside it, which is flushed and
+// then takes the place and the access rights of the old one, so that there is always a whole file. The flag
+// means there that the file is flushed to the disk before it is closed.
 enum : int {
     MFASTFILE_CREATE_NEW = 0,  // fails if the file exists
     MFASTFILE_APPEND = 1,
     MFASTFILE_OVERWRITE = 2,
     MFASTFILE_WRITE_THROUGH = 4,
+    MFASTFILE_FLUSH = 4,
+    MFASTFILE_BY_RENAME = 10,
 };
 
 // Writes a file from its start, or on from its end. After a failed write the object stays open.
@@ -152,7 +159,8 @@ private:
     std::size_t used() const { return static_cast<std::size_t>(cursor - buffer.data()); }
 };
 
-// Whole files. Reading returns the count, or -1; the string is sized by the file, and empty after a failure.
+// Whole files. Reading returns the count, or -1; the string is sized by the file. It is empty after a
+// failure, but if there is no such file it stays as it was.
 std::int64_t MFastFile_ReadAtOnce(const char* filename, void* target, std::size_t size);
 std::int64_t MFastFile_ReadAtOnce(const char* filename, std::string& target);
 
@@ -160,18 +168,11 @@ std::int64_t MFastFile_ReadAtOnce(const char* filename, std::string& target);
 std::int64_t MFastFile_ReadLinesAtOnce(const char* filename, void* target, std::size_t size);
 std::int64_t MFastFile_ReadLinesAtOnce(const char* filename, std::string& target);
 
-// How a whole file is written: the modes above, or through a temporary file beside it, which is flushed and
-// then takes the place of the old one, so that there is always a whole file. The flag means here that the
-// file is flushed to the disk before it is closed.
-enum : int {
-    MFASTFILE_BY_RENAME = 10,
-    MFASTFILE_FLUSH = 4,
-};
-
 // Count written, or -1.
 std::int64_t MFastFile_WriteAtOnce(const char* filename, const void* data, std::size_t size, int mode);
 
 // The same with CR LF for each LF, CR and CR LF of the text. The count is that after the conversion.
 std::int64_t MFastFile_WriteLinesAtOnce(const char* filename, const char* text, std::size_t size, int mode);
 
+// False also if not all of it could be read or written.
 bool MFastFile_CopyFile(const char* source, const char* target, int mode);

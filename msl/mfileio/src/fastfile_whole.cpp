@@ -75,15 +75,11 @@ std::int64_t write_and_close(os::FileHandle file, const void* data, std::size_t 
     return ok ? static_cast<std::int64_t>(done) : -1;
 }
 
-std::int64_t write_file(const char* path, const char* filename, const void* data, std::size_t size, int mode,
-                        bool flush) {
-    os::FileHandle file = os::no_file;
-    if (!fastfile::openwritefile(path, mode, file)) {
-        MERRTRACE_REPORT(source, "%s(): openwritefile(%s, %d) failed", "MFastFile_WriteAtOnce", filename,
-                         mode);
-        return -1;
-    }
-    return write_and_close(file, data, size, flush);
+// Opens `path` to write what `filename` shall hold.
+bool open_to_write(const char* path, const char* filename, int mode, os::FileHandle& file) {
+    if (fastfile::openwritefile(path, mode, file)) return true;
+    MERRTRACE_REPORT(source, "%s(): openwritefile(%s, %d) failed", "MFastFile_WriteAtOnce", filename, mode);
+    return false;
 }
 
 // Half a file shall not take the place of a whole one.
@@ -100,10 +96,19 @@ bool replace_by(const std::string& temporary, const char* filename, std::int64_t
     return false;
 }
 
+std::int64_t write_temporary(const std::string& temporary, const char* filename, const void* data,
+                             std::size_t size) {
+    os::FileHandle file = os::no_file;
+    if (!open_to_write(temporary.c_str(), filename, MFASTFILE_OVERWRITE, file)) return -1;
+    // Before the data, which others may not be allowed to read. Without the rights it is a new file like any.
+    os::files().take_rights(file, filename);
+    return write_and_close(file, data, size, true);
+}
+
 std::int64_t write_by_rename(const char* filename, const void* data, std::size_t size) {
     std::string temporary;
     if (!make_temporary_beside(filename, temporary)) return -1;
-    const std::int64_t count = write_file(temporary.c_str(), filename, data, size, MFASTFILE_OVERWRITE, true);
+    const std::int64_t count = write_temporary(temporary, filename, data, size);
     if (replace_by(temporary, filename, count, size)) return count;
     file_remove(temporary.c_str());
     return -1;
@@ -184,7 +189,8 @@ std::int64_t MFastFile_WriteAtOnce(const char* filename, const void* data, std::
     const bool flush = (mode & MFASTFILE_FLUSH) != 0;
     const int kind = mode & ~MFASTFILE_FLUSH;
     if (kind == MFASTFILE_BY_RENAME) return write_by_rename(filename, data, size);
-    return write_file(filename, filename, data, size, kind, flush);
+    os::FileHandle file = os::no_file;
+    return open_to_write(filename, filename, kind, file) ? write_and_close(file, data, size, flush) : -1;
 }
 
 std::int64_t MFastFile_WriteLinesAtOnce(const char* filename, const char* text, std::size_t size, int mode) {
@@ -211,13 +217,14 @@ bool MFastFile_CopyFile(const char* source_name, const char* target, int mode) {
         MERRTRACE_REPORT(source, "MFastFile_CopyFile(): file_size(\"%s\") failed", source_name);
         return false;
     }
+    // A file that shrinks meanwhile can't be read whole.
     std::string content(static_cast<std::size_t>(size), '\0');
-    if (size > 0 && MFastFile_ReadAtOnce(source_name, content.data(), content.size()) < 0) {
+    if (size > 0 && MFastFile_ReadAtOnce(source_name, content.data(), content.size()) != size) {
         MERRTRACE_REPORT(source, "MFastFile_CopyFile(): MFastFile_ReadAtOnce(\"%s\",..,%lld) failed",
                          source_name, static_cast<long long>(size));
         return false;
     }
-    if (MFastFile_WriteAtOnce(target, content.data(), content.size(), mode) < 0) {
+    if (MFastFile_WriteAtOnce(target, content.data(), content.size(), mode) != size) {
         MERRTRACE_REPORT(source, "MFastFile_CopyFile(): MFastFile_WriteAtOnce(\"%s\",..,%lld,%d) failed",
                          target, static_cast<long long>(size), mode);
         return false;

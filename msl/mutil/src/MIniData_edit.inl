@@ -86,7 +86,7 @@ auto MIniDataT<Compare>::section_to_set(const char* section, const char* operati
 
 template <class Compare>
 auto MIniDataT<Compare>::add_new_section(const std::string& name) -> Section* {
-    auto* const section = new (std::nothrow) Section("[" + name + "]");
+    auto* const section = new (std::nothrow) Section("[" + name + "]", pool);
     if (!section) {
         out_of_memory("MIniData::SetDoubleEntry(): new MIniDataSectionT()");
         return nullptr;
@@ -162,7 +162,7 @@ template <class Compare>
 bool MIniDataT<Compare>::Save() {
     int mode = MFASTFILE_OVERWRITE;
     if (flags & MINIDATA_FLUSH_ON_SAVE) mode += MFASTFILE_FLUSH;
-    if (flags & MINIDATA_SAVE_BY_RENAME) mode += int{MFASTFILE_BY_RENAME} - int{MFASTFILE_OVERWRITE};
+    if (flags & MINIDATA_SAVE_BY_RENAME) mode += MFASTFILE_BY_RENAME - MFASTFILE_OVERWRITE;
     std::string text;
     GetContentString(text);
     if (MFastFile_WriteLinesAtOnce(filename.c_str(), text.data(), text.size(), mode) < 0) {

@@ -138,7 +138,7 @@ public:
         start += prefix;
         for (int tries = 0; tries < 0x10000; ++tries) {
             const std::string name = start + temporary_number() + ".tmp";
-            // With the rights of any new file, which the file that it will replace has, too.
+            // With the rights of any new file.
             const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
             if (fd < 0 && errno == EEXIST) continue;
             if (fd < 0) return false;
@@ -147,6 +147,14 @@ public:
             return true;
         }
         return false;
+    }
+
+    bool take_rights(FileHandle file, const char* of) override {
+        struct stat old {};
+        if (stat(native_path(of).c_str(), &old) != 0) return false;
+        // The owner first, since a change of it takes bits of the mode away. Only root may give files away.
+        const bool owned = fchown(descriptor(file), old.st_uid, old.st_gid) == 0;
+        return fchmod(descriptor(file), old.st_mode & 0777) == 0 && owned;
     }
 
     bool info(const char* path, FileInfo& out) override {

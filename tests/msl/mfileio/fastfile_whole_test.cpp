@@ -114,6 +114,19 @@ TEST_F(FastFileWholeTest, WithoutADirectoryTheTemporaryFileIsInTheCurrentOne) {
     EXPECT_EQ(Texts{"file"}, entries());
 }
 
+TEST_F(FastFileWholeTest, WritingByRenameKeepsTheRightsOfTheOldFile) {
+    using std::filesystem::perms;
+    m_directory.file("file", "old");
+    const perms own = perms::owner_read | perms::owner_write;
+    std::filesystem::permissions(path(), own);
+    EXPECT_EQ(3, write("new", MFASTFILE_BY_RENAME));
+    EXPECT_EQ(own, std::filesystem::status(path()).permissions());
+    std::filesystem::permissions(path(), perms::owner_read | perms::group_read);
+    EXPECT_EQ(5, write("newer", MFASTFILE_BY_RENAME));
+    EXPECT_EQ(perms::owner_read | perms::group_read, std::filesystem::status(path()).permissions());
+    EXPECT_EQ("newer", content());
+}
+
 struct Failure {
     const char* operation;
     int error;

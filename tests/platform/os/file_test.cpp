@@ -136,6 +136,19 @@ TEST_F(FileTest, MakeWritableGivesTheOwnerTheRight) {
     EXPECT_FALSE(m_files.make_writable(path("none").c_str()));
 }
 
+TEST_F(FileTest, AFileTakesTheRightsOfAnother) {
+    m_directory.file("old", "x");
+    ASSERT_EQ(0, chmod(path("old").c_str(), 0440));
+    const os::FileHandle file = m_files.open(path("new").c_str(), os::OpenMode::CreateNew, false);
+    ASSERT_NE(os::no_file, file);
+    EXPECT_FALSE(m_files.take_rights(file, path("none").c_str()));
+    EXPECT_TRUE(m_files.take_rights(file, path("old").c_str()));
+    struct stat info {};
+    ASSERT_EQ(0, stat(path("new").c_str(), &info));
+    EXPECT_EQ(0440U, info.st_mode & 0777U);
+    EXPECT_TRUE(m_files.close(file));
+}
+
 TEST_F(FileTest, FindListsSortedByName) {
     for (const char* const name : {"b.txt", "a.txt", ".c", "d"}) m_directory.file(name, "");
     EXPECT_EQ((Names{".", "..", ".c", "a.txt", "b.txt", "d"}), names("*.*"));
@@ -173,6 +186,7 @@ public:
     bool flush(os::FileHandle) override { return false; }
     bool close(os::FileHandle) override { return false; }
     bool make_temporary(const char*, const char*, std::string&) override { return false; }
+    bool take_rights(os::FileHandle, const char*) override { return false; }
     bool info(const char*, os::FileInfo&) override { return false; }
     bool access(const char*, os::Access) override { return false; }
     bool find(const char*, std::vector<os::DirectoryEntry>&) override { return false; }

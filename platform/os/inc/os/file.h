@@ -58,6 +58,10 @@ public:
     // current one), and stores its path.
     virtual bool make_temporary(const char* directory, const char* prefix, std::string& path) = 0;
 
+    // Gives an open file the access rights of the one that it is to replace, as far as the system lets us.
+    // False if there is no such file or it has other rights afterwards.
+    virtual bool take_rights(FileHandle file, const char* of) = 0;
+
     virtual bool info(const char* path, FileInfo& out) = 0;
     virtual bool access(const char* path, Access kind) = 0;
 

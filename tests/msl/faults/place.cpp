@@ -1,0 +1,76 @@
+#include <filesystem>
+#include <map>
+#include <regex>
+
+#include "operations.h"
+
+namespace faults {
+namespace {
+
+constexpr std::size_t longest_shown = 30;
+
+const std::map<std::string, std::string>& prepared() {
+    static const std::map<std::string, std::string> files{
+        {"file", "old\r\n"}, {"big", std::string(8191, 'x') + "\r\nshort\rlast"},
+        {"empty", ""},       {"x.ini", "[s]\r\na=1\r\n"},
+        {"sub/in", "in"},
+    };
+    return files;
+}
+
+std::string shown(const std::string& content) {
+    if (content.size() > longest_shown) return std::to_string(content.size());
+    std::string text = "\"";
+    for (const char c : content) {
+        if (c == '\r' || c == '\n') {
+            text += c == '\r' ? "\\r" : "\\n";
+        } else {
+            text += c == '\0' ? "\\0" : std::string(1, c);
+        }
+    }
+    return text + '"';
+}
+
+}  // namespace
+
+Place::Place() {
+    std::filesystem::create_directory(path("sub"));
+    for (const auto& [name, content] : prepared()) m_directory.file(name, content);
+}
+
+std::string Place::changes() const {
+    std::map<std::string, std::string> now;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path())) {
+        const std::string name = std::filesystem::relative(entry.path(), path()).generic_string();
+        if (entry.is_regular_file()) now[name] = m_directory.content(name);
+    }
+    std::string text;
+    for (const auto& [name, content] : prepared()) {
+        if (!now.contains(name)) text += " no " + name;
+    }
+    for (const auto& [name, content] : now) {
+        const auto before = prepared().find(name);
+        if (before != prepared().end() && before->second == content) continue;
+        text += " " + plain(name) + "=" + shown(content);
+    }
+    return text;
+}
+
+bool Place::has_leftovers() const { return changes().find("TMP") != std::string::npos; }
+
+std::string Place::plain(std::string text) const {
+    // A full path comes back with the other separator.
+    std::string with_backslashes = path();
+    for (char& c : with_backslashes) c = c == '/' ? '\\' : c;
+    for (const std::string& name : {path(), with_backslashes}) {
+        for (std::size_t at = text.find(name); at != text.npos; at = text.find(name)) {
+            text.replace(at, name.size(), "D");
+        }
+    }
+    // Where a report cuts the path, it depends on the directory what is left of the name.
+    text = std::regex_replace(text, std::regex("(MIniData::(Save|MIniData)\\(\\): [A-Za-z_]*)\\(\"[^\"]*"),
+                              "$1(\"D/...");
+    return std::regex_replace(text, std::regex("ffw[0-9a-f]*\\.tmp"), "TMP");
+}
+
+}  // namespace faults
