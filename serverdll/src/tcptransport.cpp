@@ -1,9 +1,9 @@
 #include <asio/connect.hpp>
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
+#include <atomic>
 #include <optional>
 
-#include "czendrixcom.h"
 #include "numbers.h"
 #include "os/socket.h"
 #include "transport.h"
@@ -19,17 +19,13 @@ struct Address {
     std::string port;
 };
 
-[[noreturn]] void refuse(const std::string& server, const std::string& cause) {
-    throw CZendrixError("can't connect to \"" + server + "\": " + cause);
-}
-
 // "host port"
 Address split_address(const std::string& server) {
     const std::size_t blank = server.rfind(' ');
     std::int64_t port = 0;
     if (blank == std::string::npos || blank == 0 ||
         !wire::parse_integer(std::string_view(server).substr(blank + 1), 1, 65535, port)) {
-        refuse(server, "expected a host, a blank and a port from 1 to 65535");
+        refuse_connection(server, "expected a host, a blank and a port from 1 to 65535");
     }
     return {server.substr(0, blank), server.substr(blank + 1)};
 }
@@ -72,13 +68,23 @@ public:
     }
 
     ReadResult read(std::span<char> to, milliseconds at_most) override {
+        // A request carries the acknowledgement of what was read before it; who reads on must not let the
+        // server wait for one. So a query costs nothing for this.
+        if (m_unacknowledged.load(std::memory_order_relaxed)) {
+            m_unacknowledged.store(false, std::memory_order_relaxed);
+            os::socket_acknowledge(handle());
+        }
         const os::SocketResult result = os::socket_receive(handle(), to.data(), to.size(), at_most);
-        if (result.status == os::SocketStatus::done) return {ReadStatus::bytes, result.count, ""};
+        if (result.status == os::SocketStatus::done) {
+            m_unacknowledged.store(true, std::memory_order_relaxed);
+            return {ReadStatus::bytes, result.count, ""};
+        }
         if (result.status == os::SocketStatus::timed_out) return {};
         return {ReadStatus::ended, 0, cause_of(result.status)};
     }
 
     const char* write(std::string_view bytes, milliseconds at_most) override {
+        m_unacknowledged.store(false, std::memory_order_relaxed);
         const os::SocketResult result = os::socket_send(handle(), bytes.data(), bytes.size(), at_most);
         return result.status == os::SocketStatus::done ? nullptr : cause_of(result.status);
     }
@@ -113,19 +119,20 @@ private:
 
     asio::io_context m_context{1};
     tcp::socket m_socket{m_context};
+    std::atomic<bool> m_unacknowledged = false;
     Clock::time_point m_end;
 };
 
 }  // namespace
 
-std::unique_ptr<Transport> connect_transport(const std::string& server, const ClientOptions& options) {
+std::unique_ptr<Transport> connect_tcp(const std::string& server, const ClientOptions& options) {
     const Address address = split_address(server);
     auto transport = std::make_unique<TcpTransport>(options);
     asio::error_code error;
     const tcp::resolver::results_type addresses = transport->resolve(address, error);
-    if (error) refuse(server, "unknown host");
+    if (error) refuse_connection(server, "unknown host");
     const std::string cause = transport->connect(addresses);
-    if (!cause.empty()) refuse(server, cause);
+    if (!cause.empty()) refuse_connection(server, cause);
     return transport;
 }
 

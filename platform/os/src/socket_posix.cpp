@@ -1,6 +1,9 @@
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -67,6 +70,30 @@ SocketResult socket_send(SocketHandle socket, const char* bytes, std::size_t siz
     }
     return {SocketStatus::done, sent};
 }
+
+#if defined(TCP_QUICKACK)
+
+void socket_acknowledge(SocketHandle socket) noexcept {
+    const int now = 1;
+    ::setsockopt(static_cast<int>(socket), IPPROTO_TCP, TCP_QUICKACK, &now, sizeof now);
+}
+
+// The kernel may know less than the headers.
+bool socket_can_acknowledge() noexcept {
+    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (socket < 0) return false;
+    const int now = 1;
+    const bool can = ::setsockopt(socket, IPPROTO_TCP, TCP_QUICKACK, &now, sizeof now) == 0;
+    ::close(socket);
+    return can;
+}
+
+#else
+
+void socket_acknowledge(SocketHandle) noexcept {}
+bool socket_can_acknowledge() noexcept { return false; }
+
+#endif
 
 void socket_shutdown(SocketHandle socket) noexcept { ::shutdown(static_cast<int>(socket), SHUT_RDWR); }
 

@@ -90,6 +90,7 @@ TEST_F(CapabilitiesTest, CommandsAreMarkedInTheOrderOfTheTable) {
         void DisableCommand(const std::string& name) override { marks.push_back("-" + name); }
         Lines marks;
     } marking(&channel, &notifier, "none", "none");
+    marking.m_registry = &registry;
     answers.command_words = {"wobble", "get", "scan"};
     ASSERT_TRUE(marking.Open());
     Lines expected;

@@ -1,31 +1,24 @@
 // The driver's ini file: where it is looked for, and what is taken from it.
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "driver_fixture.h"
+#include "errtrace.h"
+#include "os/error.h"
+#include "temporary_directory.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
 class ConfigTest : public DriverTest {
 protected:
-    ConfigTest() {
-        std::string pattern = (fs::temp_directory_path() / "driver_config_XXXXXX").string();
-        const char* made = mkdtemp(pattern.data());
-        EXPECT_NE(made, nullptr);
-        m_directory = made;
-        recording::set_trace_level(3);
-    }
-    ~ConfigTest() override { fs::remove_all(m_directory); }
+    ConfigTest() { recording::set_trace_level(3); }
 
     void write(const std::string& file, const std::string& text) {
-        fs::create_directories((m_directory / file).parent_path());
-        std::ofstream(m_directory / file, std::ios::binary) << text;
+        std::filesystem::create_directories(std::filesystem::path(m_files.path(file)).parent_path());
+        m_files.file(file, text);
     }
     void read(const std::string& name) {
-        make_driver(name, m_directory.string());
+        make_driver(name, m_files.path());
         driver->read_app_ini_file();
     }
     void read_text(const std::string& text) {
@@ -33,8 +26,8 @@ protected:
         read("machine");
     }
     std::string using_line(const std::string& file) {
-        return "M2ZendrixMachAbstract::read_app_ini_file(): using configuration in " + m_directory.string() +
-               "\\" + file;
+        return "M2ZendrixMachAbstract::read_app_ini_file(): using configuration in " + m_files.path() + "\\" +
+               file;
     }
     void expect_defaults() {
         EXPECT_EQ(driver->m_host, "192.168.2.10");
@@ -48,7 +41,7 @@ protected:
         return names;
     }
 
-    fs::path m_directory;
+    const TemporaryDirectory m_files;
 };
 
 TEST_F(ConfigTest, WithoutAFileTheDefaultsStayInSilence) {
@@ -63,7 +56,7 @@ TEST_F(ConfigTest, WithoutAFileTheDefaultsStayInSilence) {
 
 TEST_F(ConfigTest, OpenReadsTheFile) {
     write("machine.ini", "[connection]\nhost=10.0.0.7\nport=99\n[Settings]\ncached_axes=x\n");
-    make_driver("machine", m_directory.string());
+    make_driver("machine", m_files.path());
     expect_defaults();
     ASSERT_TRUE(driver->Open());
     EXPECT_EQ(script.calls().front(), "CZendrixCOM(null, null, \"10.0.0.7 99\", null)");
@@ -119,7 +112,9 @@ TEST_F(ConfigTest, AFileThatCannotBeParsedOnTheFirstPathCountsAsMissing) {
     write("machine/m2zendrix.ini", "[connection]\nhost=two\n");
     read("machine");
     EXPECT_EQ(driver->m_host, "two");
-    EXPECT_FALSE(new_log_lines().empty()) << "the reader has told why";
+    EXPECT_EQ(new_log_lines().back(), "MIniData::MIniData(): Open(\"" +
+                                          (m_files.path() + "\\machine.ini").substr(0, 60) + "\") failed");
+    EXPECT_EQ(trace_texts(), Lines{using_line("machine\\m2zendrix.ini")});
 }
 
 TEST_F(ConfigTest, AFileThatCannotBeParsedOnTheSecondPathCountsAsNone) {
@@ -128,6 +123,42 @@ TEST_F(ConfigTest, AFileThatCannotBeParsedOnTheSecondPathCountsAsNone) {
     expect_defaults();
     EXPECT_EQ(new_log_lines(), Lines());
     EXPECT_TRUE(trace_texts().empty());
+}
+
+TEST_F(ConfigTest, AFileThatCannotBeParsedOnBothPathsCountsAsNone) {
+    write("m2zendrix.ini", "[connection]\nhost=two\n[connection]\n");
+    read("m2zendrix");
+    expect_defaults();
+    EXPECT_EQ(new_log_lines().size(), 3U) << "of the first look alone";
+    EXPECT_TRUE(trace_texts().empty());
+}
+
+TEST_F(ConfigTest, ADirectoryInPlaceOfAFileCountsAsNone) {
+    std::filesystem::create_directories(m_files.path("machine/m2zendrix.ini"));
+    read("machine");
+    expect_defaults();
+    EXPECT_TRUE(trace_texts().empty());
+}
+
+TEST_F(ConfigTest, WhatWasCollectedBeforeStaysWithItsOwner) {
+    MErrTraceContext context("test");
+    MERRTRACE_REPORT("test", "before");
+    write("machine/m2zendrix.ini", "nonsense\n");
+    read("machine");
+    context.DumpToMErrLog(__LINE__, "after");
+    EXPECT_EQ(new_log_lines(), (Lines{"before", "after"}));
+}
+
+TEST_F(ConfigTest, APresentAndEmptyKeyEmptiesItsValue) {
+    read_text("[connection]\nhost=\nport= ; the usual one\n[Settings]\ncached_axes=\n");
+    EXPECT_EQ(driver->m_host, "");
+    EXPECT_EQ(driver->m_port, "");
+    EXPECT_TRUE(driver->m_cachedAxes.empty());
+}
+
+TEST_F(ConfigTest, AFileOfOtherThingsLeavesTheDefaults) {
+    read_text("[window]\nhost=wrong\n[connection]\n; host=wrong\n# port=1\n");
+    expect_defaults();
 }
 
 TEST_F(ConfigTest, AddressAndPortLoseCommentAndBlanks) {
@@ -145,6 +176,42 @@ TEST_F(ConfigTest, APathKeepsItsBlanksAndHasItsVariablesReplaced) {
     EXPECT_EQ(driver->m_host, "C:\\my machines\\the sim.dll");
     read_text("[connection]\nhost=%DRIVER_CONFIG_TEST%\\the sim.DLL\n");
     EXPECT_EQ(driver->m_host, "%DRIVER_CONFIG_TEST%\\thesim.DLL");
+    unsetenv("DRIVER_CONFIG_TEST");
+}
+
+TEST_F(ConfigTest, OfAPathOnlyCommentAndBlanksAtItsEndsGo) {
+    read_text("[connection]\nhost=  /opt/the machine/sim.dll\t /* ours */ // new\n");
+    EXPECT_EQ(driver->m_host, "/opt/the machine/sim.dll\t /* ours */") << "two slashes go first";
+    read_text("[connection]\nhost=a\fb.dll\f /* ours\n");
+    EXPECT_EQ(driver->m_host, "a\fb.dll\f") << "other white space stays";
+    read_text("[connection]\nhost=//server/share/sim.dll\n");
+    EXPECT_EQ(driver->m_host, "");
+}
+
+TEST_F(ConfigTest, AnUnknownVariableStays) {
+    unsetenv("DRIVER_CONFIG_TEST");
+    read_text("[connection]\nhost=%DRIVER_CONFIG_TEST%\\100%.dll\n");
+    EXPECT_EQ(driver->m_host, "%DRIVER_CONFIG_TEST%\\100%.dll");
+}
+
+TEST_F(ConfigTest, VariablesThatCannotBeReplacedStayAndAreReported) {
+    write("machine.ini", "[connection]\nhost= %A%\\sim.dll ; ours\nport=99\n");
+    make_driver("machine", m_files.path());
+    driver->m_expandVariables = [](const char*, char*, std::size_t) { return std::size_t{0}; };
+    driver->read_app_ini_file();
+    EXPECT_EQ(driver->m_host, "%A%\\sim.dll");
+    EXPECT_EQ(driver->m_port, "99") << "the run goes on";
+    EXPECT_EQ(
+        new_log_lines(),
+        (Lines{"MReplaceEnvironmentVars(): ExpandEnvironmentStrings() failed: " +
+                   os::error_text(os::last_error()),
+               "M2ZendrixMachAbstract::read_app_ini_file(): MReplaceEnvironmentVars(%A%\\sim.dll) failed"}));
+}
+
+TEST_F(ConfigTest, AHostThatIsNoPathKeepsItsPercentSigns) {
+    setenv("DRIVER_CONFIG_TEST", "wrong", 1);
+    read_text("[connection]\nhost=%DRIVER_CONFIG_TEST%\n");
+    EXPECT_EQ(driver->m_host, "%DRIVER_CONFIG_TEST%");
     unsetenv("DRIVER_CONFIG_TEST");
 }
 
@@ -170,7 +237,7 @@ TEST_F(ConfigTest, CachedAxesAreCutAtCommas) {
 TEST_F(ConfigTest, CachedAxesOfAnEarlierOpenStayWithTheValueZero) {
     answers.values = {{"x", 1.0}, {"y", 2.0}};
     write("machine.ini", "[Settings]\ncached_axes=x,y\n");
-    make_driver("machine", m_directory.string());
+    make_driver("machine", m_files.path());
     open();
     driver->Close();
     write("machine.ini", "[Settings]\ncached_axes=y,z\n");

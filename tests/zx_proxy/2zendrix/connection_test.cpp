@@ -3,6 +3,10 @@
 
 namespace {
 
+const std::string delays_warning =
+    "M2ZendrixMachAbstract::Open(): TCP are delays enabled. Expect additional latencies. Please update "
+    "registry!";
+
 class ConnectionTest : public DriverTest {
 protected:
     ConnectionTest() { script.name_user(driver.get(), "driver"); }
@@ -87,6 +91,7 @@ TEST_F(ConnectionTest, ALibraryOrSerialLineIsNamedWithoutItsPort) {
         driver->Close();
         script.take_calls();
     }
+    EXPECT_TRUE(registry.calls.empty()) << "no adapter is looked at";
     for (const std::string host : {"com3", "sim.DLL", "10.0.0.1"}) {
         driver->m_host = host;
         driver->m_port = "99";
@@ -95,6 +100,48 @@ TEST_F(ConnectionTest, ALibraryOrSerialLineIsNamedWithoutItsPort) {
         driver->Close();
         script.take_calls();
     }
+    EXPECT_EQ(
+        new_log_lines(),
+        (Lines{"CTcpIpSpeeder::GetNwAdapterForIp: MakeTargetIPAddress() failed for com3", delays_warning,
+               "CTcpIpSpeeder::GetNwAdapterForIp: MakeTargetIPAddress() failed for sim.DLL",
+               delays_warning}));
+}
+
+TEST_F(ConnectionTest, ASlowAdapterIsWorthAWarningAndNoMore) {
+    registry.adapters[0].values.erase("TcpAckFrequency");
+    script.on_call("CZendrixCOM", [&] { EXPECT_TRUE(registry.calls.empty()) << "the client comes first"; });
+    EXPECT_TRUE(driver->Open());
+    EXPECT_EQ(new_log_lines(), Lines{delays_warning});
+    EXPECT_EQ(script.take_calls()[1], "ThrowExceptions(1)");
+    EXPECT_EQ(registry.open_keys(), 0U);
+    driver->Close();
+    registry.calls.clear();
+    driver->m_host = "localhost";
+    EXPECT_TRUE(driver->Open());
+}
+
+TEST_F(ConnectionTest, TheAdapterOfTheConfiguredHostIsLookedAt) {
+    registry.adapters.clear();
+    registry.add("other", "172.16.0.1", "255.255.0.0").values["TcpAckFrequency"] = MemoryRegistry::dword(1);
+    EXPECT_TRUE(driver->Open());
+    EXPECT_EQ(new_log_lines(), Lines{delays_warning});
+    driver->Close();
+    driver->m_host = "172.16.3.4";
+    EXPECT_TRUE(driver->Open());
+}
+
+TEST_F(ConnectionTest, ARefusedConnectionAsksNothingOfTheAdapter) {
+    script.throw_error("CZendrixCOM", "refused");
+    EXPECT_FALSE(driver->Open());
+    EXPECT_EQ(new_log_lines().size(), 2U);
+    EXPECT_TRUE(registry.calls.empty());
+}
+
+// The loopback adapter of this system is found, and our client doesn't delay acknowledgements on it.
+TEST_F(ConnectionTest, OverTheLoopbackAddressThereIsNothingToWarnOf) {
+    driver->m_registry = &os::system_registry();
+    driver->m_host = "127.0.0.1";
+    EXPECT_TRUE(driver->Open());
 }
 
 struct Revision {
@@ -437,6 +484,7 @@ TEST_F(ConnectionTest, ATextThatTheChannelRefusesStaysInTheQueue) {
         bool refuse = true;
     } refusing(0);
     driver = std::make_unique<OpenDriver>(&refusing, &notifier, "none", "none");
+    driver->m_registry = &registry;
     open();
     script.fire_error(0, "f");
     EXPECT_THROW(driver->PollAsyncErrors(), scripted::Foreign);

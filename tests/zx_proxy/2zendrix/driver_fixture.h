@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "m2zendrixmachabstract.h"
+#include "memory_registry.h"
 #include "mmachnotifier.h"
 #include "moutputchannel.h"
 #include "recording_facilities.h"
@@ -51,6 +52,7 @@ public:
 
     using M2ZendrixMachAbstract::m_cachedAxes;
     using M2ZendrixMachAbstract::m_cachedAxesLock;
+    using M2ZendrixMachAbstract::m_expandVariables;
     using M2ZendrixMachAbstract::m_expectConnectionLoss;
     using M2ZendrixMachAbstract::m_hasInitList;
     using M2ZendrixMachAbstract::m_hasKeypad;
@@ -65,6 +67,7 @@ public:
     using M2ZendrixMachAbstract::m_port;
     using M2ZendrixMachAbstract::m_pZendrixCom;
     using M2ZendrixMachAbstract::m_pZendrixComRetired;
+    using M2ZendrixMachAbstract::m_registry;
 
     // Copies of what a lock guards.
     Lines events() {
@@ -110,6 +113,7 @@ protected:
     DriverTest() {
         scripted::script().reset();
         recording::reset();
+        registry.add_fast();
         make_driver("no such configuration", "no such directory");
     }
     ~DriverTest() override {
@@ -122,6 +126,7 @@ protected:
 
     void make_driver(const std::string& name, const std::string& directory) {
         driver = std::make_unique<OpenDriver>(&channel, &notifier, name, directory);
+        driver->m_registry = &registry;
     }
 
     // Opens, and forgets the calls that it made.
@@ -156,6 +161,7 @@ protected:
     scripted::Answers& answers = scripted::script().answers;
     MOutputChannel channel{0};
     CountingNotifier notifier;
+    MemoryRegistry registry;  // one adapter, towards every address, that needs no warning
     std::unique_ptr<OpenDriver> driver;
 
 private:

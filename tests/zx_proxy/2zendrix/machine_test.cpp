@@ -41,6 +41,7 @@ TEST_F(MachineTest, TheNamesAreTheMachinesAndSurviveClose) {
 
 TEST_F(MachineTest, TwoDriversShareTheNames) {
     OpenDriver other(&channel, &notifier, "none", "none");
+    other.m_registry = &registry;
     open();
     answers.machine_name = "one";
     EXPECT_STREQ(driver->GetMachineName(), "one");

@@ -1,6 +1,7 @@
 // The three exports, called by their plain C names.
 #include "driver_fixture.h"
 #include "mtrace.h"
+#include "temporary_directory.h"
 
 extern "C" {
 bool IsProxy();
@@ -29,8 +30,11 @@ TEST_F(PluginTest, ANewDriverTouchesNothing) {
 }
 
 TEST_F(PluginTest, TheHostsChannelAndNotifierAreTheDriversOwn) {
+    const TemporaryDirectory files;
+    files.file("m2zendrix.ini", "[connection]\nhost=localhost\n");  // whose adapter needs no warning
     const std::string name = "m2zendrix";
-    std::unique_ptr<MMachAbstract> made(NewMMachAbstract(&name, &name, &channel, &notifier));
+    const std::string directory = files.path();
+    std::unique_ptr<MMachAbstract> made(NewMMachAbstract(&name, &directory, &channel, &notifier));
     ASSERT_TRUE(made->Open());
     script.fire_async("hello");
     EXPECT_EQ(notifier.count, 1);

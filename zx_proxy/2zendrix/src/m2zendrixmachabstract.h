@@ -21,8 +21,11 @@
 #include "cachedaxes.h"
 #include "czendrixcom.h"
 #include "keypadaxislist.h"
+#include "menvironment.h"
 #include "mmachabstract.h"
+#include "os/environment.h"
 #include "os/mutex.h"
+#include "os/registry.h"
 
 class MErrTraceContext;
 
@@ -179,6 +182,7 @@ protected:
     void take_host(MErrTraceContext& context, const std::string& value);
     void take_cached_axes(std::string value);
     bool connect();
+    void check_adapter();
     bool prepare_client(CZendrixCOM& client);
     void set_up_picture();
     void test_keypad_list_inactive(CZendrixCOM& client);
@@ -245,6 +249,9 @@ protected:
 
     std::string m_host;
     std::string m_port;
+    // The system, as Open looks at it.
+    os::Registry* m_registry = &os::system_registry();
+    MExpandFunction m_expandVariables = os::expand_variables;
     std::atomic<CZendrixCOM*> m_pZendrixCom{nullptr};
     // The client after an expected loss: callbacks may still be inside it, so it goes only in Close.
     CZendrixCOM* m_pZendrixComRetired = nullptr;

@@ -3,7 +3,6 @@
 #include "drivertrace.h"
 #include "errtrace.h"
 #include "m2zendrixmachabstract.h"
-#include "menvironment.h"
 #include "stl_utilities.h"
 
 namespace {
@@ -49,7 +48,7 @@ void M2ZendrixMachAbstract::take_host(MErrTraceContext& context, const std::stri
     }
     stl_string_strip_comment(m_host);
     trim_blanks(m_host);
-    if (!MReplaceEnvironmentVars(m_host)) {
+    if (!MReplaceEnvironmentVars(m_host, m_expandVariables)) {
         context.DumpToMErrLog(__LINE__, "%s(): MReplaceEnvironmentVars(%s) failed", function, m_host.c_str());
     }
 }

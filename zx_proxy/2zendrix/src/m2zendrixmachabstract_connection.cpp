@@ -1,6 +1,7 @@
 // From Open to Close: the client comes up, is lost, and goes.
 #include <utility>
 
+#include "TcpIpSpeeder.h"
 #include "defaultaddress.h"
 #include "drivertrace.h"
 #include "errtrace.h"
@@ -47,12 +48,21 @@ bool M2ZendrixMachAbstract::connect() {
         const bool named = contains(m_host, ".dll") || contains(m_host, "COM");
         const std::string server = named ? m_host : m_host + " " + m_port;
         m_pZendrixCom = new CZendrixCOM(nullptr, nullptr, server.c_str(), nullptr);
+        if (!named) check_adapter();
         return prepare_client(*m_pZendrixCom.load());
     } catch (const CZendrixError& error) {
         MERRLOG_REPORT(source, "  error '%s'\n", error.m_text.c_str());
         MERRLOG_REPORT(source, "%s", "instantiating ZendrixCOM client object ...... failed.\n");
         return false;
     }
+}
+
+// A slow adapter is worth a warning and no more.
+void M2ZendrixMachAbstract::check_adapter() {
+    if (CTcpIpSpeeder(*m_registry).HasMaxTCPIPSpeed(m_host)) return;
+    MERRLOG_REPORT(source,
+                   "%s(): TCP are delays enabled. Expect additional latencies. Please update registry!",
+                   "M2ZendrixMachAbstract::Open");
 }
 
 bool M2ZendrixMachAbstract::prepare_client(CZendrixCOM& client) {

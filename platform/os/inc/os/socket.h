@@ -35,6 +35,13 @@ SocketResult socket_receive(SocketHandle socket, char* to, std::size_t size,
 SocketResult socket_send(SocketHandle socket, const char* bytes, std::size_t size,
                          std::chrono::milliseconds at_most);
 
+// Lets the acknowledgement of what was received leave now, where it waits for more to acknowledge or for
+// bytes to go with. It holds until this end sends again. Nothing happens on a system that has no such thing.
+void socket_acknowledge(SocketHandle socket) noexcept;
+
+// Whether the system has it.
+bool socket_can_acknowledge() noexcept;
+
 // Ends both directions and wakes whoever waits in the two operations above, on any thread.
 void socket_shutdown(SocketHandle socket) noexcept;
 
