@@ -20,4 +20,10 @@ void add_list_verb(CLI::App& app, Program& program, const ListVerb& verb, RunLis
     });
 }
 
+CLI::App& add_verb_group(CLI::App& app, const char* name, const char* description) {
+    CLI::App* const group = app.add_subcommand(name, description);
+    group->require_subcommand(1);
+    return *group;
+}
+
 }  // namespace zxhost

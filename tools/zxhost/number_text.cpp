@@ -18,6 +18,14 @@ std::optional<double> number_from(std::string_view text) {
     return value;
 }
 
+std::optional<std::int32_t> whole_number_from(std::string_view text) {
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+    std::int32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
 std::string fixed_text(double value, int decimals) {
     if (std::isnan(value)) return "unknown";
     std::string text = fmt::format("{:.{}f}", value, decimals);

@@ -1,6 +1,7 @@
 // Numbers and texts as a person types and reads them, the same in every locale.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,9 @@ namespace zxhost {
 
 // The whole text as a decimal number, "+5", "nan" and "inf" included; nothing if it is anything else.
 std::optional<double> number_from(std::string_view text);
+
+// The whole text as a whole number within 32 bits; nothing if it is anything else.
+std::optional<std::int32_t> whole_number_from(std::string_view text);
 
 // With this many decimals; "unknown" for not-a-number, never "-0.000".
 std::string fixed_text(double value, int decimals);
