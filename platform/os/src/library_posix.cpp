@@ -4,6 +4,7 @@
 
 #include "os/library.h"
 #include "os/path.h"
+#include "os/program.h"
 
 namespace os {
 namespace {
@@ -47,6 +48,16 @@ bool SharedLibrary::unload() {
     const bool ok = dlclose(std::exchange(m_handle, nullptr)) == 0;
     if (!ok) m_error_text = loader_error();
     return ok;
+}
+
+std::string code_directory() {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(&code_directory), &info) == 0 || info.dli_fname == nullptr)
+        return {};
+    std::string path = info.dli_fname;
+    // A program is told as it was called.
+    if (path.find('/') == std::string::npos || !full_path(path, path)) return program_directory();
+    return path.substr(0, path.rfind('/') + 1);
 }
 
 }  // namespace os

@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "net/session.h"
+#include "os/error.h"
+#include "os/serial.h"
 
 namespace zendrix::sim {
 
@@ -18,6 +20,7 @@ public:
           m_clock(std::move(clock)),
           m_acceptor(m_io),
           m_accept_timer(m_io),
+          m_work(asio::make_work_guard(m_io)),
           m_machine_timer(m_io),
           m_capabilities_timer(m_io),
           m_hub(description, *m_clock, m_options.faults, m_options.revision) {}
@@ -25,15 +28,21 @@ public:
     ~Core() { stop(); }
 
     std::uint16_t start();
+    std::string place() const { return m_place; }
+    std::shared_ptr<MemoryLink> connect();
     void stop();
     void wait(const std::function<bool()>& cancelled);
     void invoke(const std::function<void(Hub&, Clock&)>& action);
 
 private:
+    void open_road();
     void listen();
     void accept();
     void accept_later();
-    void admit(asio::ip::tcp::socket socket);
+    void open_line();
+    asio::serial_port line();
+    void open_line_later();
+    void admit(std::unique_ptr<Stream> stream, Session::Opening opening);
     void dismiss(Session& session);
     void pump();
     void run_machine();
@@ -48,6 +57,9 @@ private:
     asio::io_context m_io{1};
     asio::ip::tcp::acceptor m_acceptor;
     asio::steady_timer m_accept_timer;
+    asio::executor_work_guard<asio::io_context::executor_type> m_work;
+    os::PseudoTerminal m_terminal;
+    std::string m_place;
     asio::steady_timer m_machine_timer;
     asio::steady_timer m_capabilities_timer;
     Hub m_hub;
@@ -65,30 +77,55 @@ void Server::Core::listen() {
     m_acceptor.set_option(asio::socket_base::reuse_address(true));
     m_acceptor.bind(endpoint);
     m_acceptor.listen();
+    m_place = m_options.address + ":" + std::to_string(m_acceptor.local_endpoint().port());
+    accept();
+}
+
+void Server::Core::open_road() {
+    m_place = m_options.address + ":" + std::to_string(m_options.port);
+    switch (m_options.road) {
+        case Road::tcp:
+            return listen();
+        case Road::serial:
+            m_place = os::serial_device(m_options.device);
+            return open_line();
+        case Road::terminal:
+            m_place = "a pseudo-terminal";
+            if (!m_terminal.open()) throw std::system_error(os::last_error(), std::system_category());
+            m_place = m_terminal.device();
+            return open_line();
+        case Road::none:
+            m_place = "this process";
+    }
 }
 
 std::uint16_t Server::Core::start() {
     try {
-        listen();
+        open_road();
     } catch (const std::system_error& error) {
-        throw std::runtime_error("cannot listen on " + m_options.address + ":" +
-                                 std::to_string(m_options.port) + ": " + error.code().message());
+        throw std::runtime_error("cannot listen on " + m_place + ": " + error.code().message());
     }
-    accept();
     if (m_options.capabilities_change_every.count() > 0) change_capabilities();
-    const std::uint16_t port = m_acceptor.local_endpoint().port();
     m_thread = std::thread([this] {
         m_io.run();
         m_done.set_value();
     });
-    return port;
+    return m_options.road == Road::tcp ? m_acceptor.local_endpoint().port() : std::uint16_t{0};
+}
+
+std::shared_ptr<MemoryLink> Server::Core::connect() {
+    auto link = std::make_shared<MemoryLink>(m_io.get_executor());
+    asio::post(m_io, [this, stream = std::make_unique<MemoryStream>(link)]() mutable {
+        if (!m_is_closing) admit(std::move(stream), Session::Opening::connects);
+    });
+    return link;
 }
 
 void Server::Core::accept() {
     m_acceptor.async_accept([this](asio::error_code error, asio::ip::tcp::socket socket) {
         if (m_is_closing || error == asio::error::operation_aborted) return;
         if (error) return accept_later();
-        admit(std::move(socket));
+        admit(std::make_unique<TcpStream>(std::move(socket)), Session::Opening::connects);
         accept();
     });
 }
@@ -101,19 +138,50 @@ void Server::Core::accept_later() {
     });
 }
 
-void Server::Core::admit(asio::ip::tcp::socket socket) {
-    log("client connected");
+// A line that is there from the begin has to be had; one that went away may come back.
+void Server::Core::open_line() {
+    admit(std::make_unique<StreamOf<asio::serial_port>>(line()), Session::Opening::asks);
+}
+
+asio::serial_port Server::Core::line() {
+    asio::serial_port port(m_io);
+    if (m_options.road == Road::terminal) {
+        port.assign(static_cast<asio::serial_port::native_handle_type>(m_terminal.share()));
+        return port;
+    }
+    port.open(m_place);
+    port.set_option(asio::serial_port::baud_rate(m_options.baud));
+    return port;
+}
+
+void Server::Core::open_line_later() {
+    m_accept_timer.expires_after(std::chrono::milliseconds(100));
+    m_accept_timer.async_wait([this](asio::error_code error) {
+        if (error) return;
+        try {
+            open_line();
+        } catch (const std::system_error&) {
+            open_line_later();
+        }
+    });
+}
+
+void Server::Core::admit(std::unique_ptr<Stream> stream, Session::Opening opening) {
+    log(opening == Session::Opening::asks ? "line open" : "client connected");
     auto session = std::make_shared<Session>(
-        std::move(socket), m_hub,
+        m_io.get_executor(), std::move(stream), opening, m_hub,
         Session::Callbacks{[this] { run_machine(); }, [this](Session& gone) { dismiss(gone); }});
     m_sessions.insert(session);
     session->start();
 }
 
 void Server::Core::dismiss(Session& session) {
-    log("client gone");
+    const bool was_line = session.opening() == Session::Opening::asks;
+    log(was_line ? "line gone" : "client gone");
     m_sessions.erase(session.shared_from_this());
-    if (m_options.once && !m_is_closing) close_down();
+    if (m_is_closing) return;
+    if (m_options.once) return close_down();
+    if (was_line) open_line_later();
 }
 
 // Something may have changed for the machine: it looks as soon as what runs now has returned.
@@ -147,6 +215,7 @@ void Server::Core::change_capabilities() {
 // On the server's thread: whatever keeps it busy ends, and with it the thread.
 void Server::Core::close_down() {
     m_is_closing = true;
+    m_work.reset();
     m_hub.halt();
     asio::error_code ignored;
     m_acceptor.close(ignored);
@@ -187,6 +256,8 @@ Server::Server(MachineDescription description, ServerOptions options, std::uniqu
 Server::~Server() = default;
 
 std::uint16_t Server::start() { return m_core->start(); }
+std::string Server::place() const { return m_core->place(); }
+std::shared_ptr<MemoryLink> Server::connect() { return m_core->connect(); }
 void Server::stop() { m_core->stop(); }
 void Server::wait(const std::function<bool()>& cancelled) { m_core->wait(cancelled); }
 void Server::invoke(const std::function<void(Hub& hub, Clock& clock)>& action) { m_core->invoke(action); }

@@ -1,4 +1,4 @@
-// The machine server: a simulated machine that clients reach over TCP.
+// The machine server: a simulated machine that clients reach over TCP, a serial line, or in its own process.
 //
 // The server runs on one thread of its own, between start() and stop(). Construct, start and stop it on one
 // thread; with `invoke` any thread may look at the machine while it runs.
@@ -13,17 +13,29 @@
 #include "faults/faultplan.h"
 #include "machine/clock.h"
 #include "machine/description.h"
+#include "net/memorylink.h"
 #include "protocol/hub.h"
 
 namespace zendrix::sim {
 
+// Where clients come from. Those inside the process always may.
+enum class Road {
+    tcp,
+    serial,    // the line `device`
+    terminal,  // the other end of a pseudo-terminal, which is made for it
+    none
+};
+
 struct ServerOptions {
+    Road road = Road::tcp;
+    std::string device;  // of the serial line, as "COM3" or "/dev/ttyUSB0"
+    unsigned baud = 115200;
     std::string address = "127.0.0.1";
     std::uint16_t port = 0;  // 0: any that is free
     Revision revision;       // of the protocol, as the hello tells
     FaultPlan faults;
     std::chrono::milliseconds capabilities_change_every{0};  // the event, to every master; 0: never
-    bool once = false;                                       // ends after the first client has gone
+    bool once = false;                                       // ends after the first connection has gone
     std::function<void(const std::string&)> log;             // lines about clients; on the server's thread
 };
 
@@ -34,8 +46,14 @@ public:
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    // Listens and serves from now on; the port. Throws std::runtime_error if the address can't be had.
+    // Serves from now on; the port, 0 without one. Throws std::runtime_error if the road can't be had.
     std::uint16_t start();
+
+    // What a client names to come here: "127.0.0.1:7073", or the device of the line. After start().
+    std::string place() const;
+
+    // A connection inside the process. Any thread, between start() and stop().
+    std::shared_ptr<MemoryLink> connect();
 
     // The machine stops first, then what was said goes out, then the clients are sent away. Bounded.
     void stop();

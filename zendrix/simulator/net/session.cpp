@@ -11,33 +11,57 @@ constexpr std::chrono::milliseconds finish_patience(500);
 
 }  // namespace
 
-Session::Session(asio::ip::tcp::socket socket, Hub& hub, Callbacks callbacks)
-    : m_socket(std::move(socket)),
-      m_watch_timer(m_socket.get_executor()),
-      m_lock_timer(m_socket.get_executor()),
-      m_hold_timer(m_socket.get_executor()),
-      m_finish_timer(m_socket.get_executor()),
-      m_callbacks(std::move(callbacks)),
-      m_conversation(std::make_unique<Conversation>(hub, *this)) {}
+// A line that is always there can't drop what waits in it when the next client comes, so little may wait.
+Session::Bounds Session::bounds_of(Opening opening) {
+    if (opening == Opening::asks) return {std::size_t{16} << 10, std::size_t{2} << 10};
+    return {std::size_t{1} << 20, std::size_t(-1)};
+}
+
+Session::Session(asio::any_io_executor executor, std::unique_ptr<Stream> stream, Opening opening, Hub& hub,
+                 Callbacks callbacks)
+    : m_hub(hub),
+      m_executor(std::move(executor)),
+      m_stream(std::move(stream)),
+      m_opening(opening),
+      m_bounds(bounds_of(opening)),
+      m_watch_timer(m_executor),
+      m_lock_timer(m_executor),
+      m_hold_timer(m_executor),
+      m_finish_timer(m_executor),
+      m_callbacks(std::move(callbacks)) {}
 
 void Session::start() {
-    asio::error_code ignored;
-    m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
-    m_conversation->greet();
+    if (m_opening == Opening::connects) begin_conversation();
     write();
     read();
+}
+
+void Session::begin_conversation() {
+    m_conversation = std::make_unique<Conversation>(m_hub, *this);
+    m_conversation->greet();
+}
+
+// Of what the client of before was to be told, nothing leaves any more but the piece that is on its way.
+void Session::end_conversation() {
+    m_conversation.reset();
+    stop_timers();
+    m_lock_waits.clear();
+    m_out.clear();
+    m_leaving.resize(std::min(m_leaving.size(), m_left + m_bounds.piece));
+    m_is_mute = false;
+    m_is_held = false;
+    m_callbacks.moved();
 }
 
 void Session::read() {
     if (m_is_reading || m_is_gone || m_is_finishing || is_congested()) return;
     m_is_reading = true;
     const std::span<char> space = m_lines.space();
-    m_socket.async_read_some(asio::buffer(space.data(), space.size()),
-                             [self = shared_from_this()](asio::error_code error, std::size_t count) {
-                                 self->m_is_reading = false;
-                                 if (error) return self->finish();
-                                 self->received(count);
-                             });
+    m_stream->read(space, [self = shared_from_this()](asio::error_code error, std::size_t count) {
+        self->m_is_reading = false;
+        if (error) return self->finish();
+        self->received(count);
+    });
 }
 
 void Session::received(std::size_t count) {
@@ -48,20 +72,42 @@ void Session::received(std::size_t count) {
     m_callbacks.moved();
 }
 
+bool Session::takes_lines() const {
+    if (m_is_finishing || is_congested()) return false;
+    return m_opening == Opening::asks || (m_conversation && !m_is_mute);
+}
+
 void Session::take_lines() {
     std::string_view line;
-    while (m_conversation && !m_is_mute && !m_is_finishing && !is_congested()) {
+    while (takes_lines()) {
         switch (m_lines.next(line)) {
             case wire::Framing::none:
                 return;
             case wire::Framing::line:
-                m_conversation->request(line);
+                take_line(line);
                 break;
             case wire::Framing::too_long:
-                m_conversation->over_long_request(line.substr(0, 64));
+                if (m_conversation) m_conversation->over_long_request(line.substr(0, 64));
                 break;
         }
     }
+}
+
+void Session::take_line(std::string_view line) {
+    if (m_opening == Opening::asks && opens_or_ends(line)) return;
+    if (m_conversation && !m_is_mute) m_conversation->request(line);
+}
+
+bool Session::opens_or_ends(std::string_view line) {
+    if (line == "0000\thello") {
+        end_conversation();
+        m_out = "\r\n";  // ends what was cut
+        begin_conversation();
+        return true;
+    }
+    if (line != "0000\tbye") return false;
+    end_conversation();
+    return true;
 }
 
 void Session::sent() {
@@ -70,7 +116,7 @@ void Session::sent() {
     if (m_out.size() > hard_limit) return reset();
     if (m_is_write_posted || !m_leaving.empty()) return;
     m_is_write_posted = true;
-    asio::post(m_socket.get_executor(), [self = shared_from_this()] {
+    asio::post(m_executor, [self = shared_from_this()] {
         self->m_is_write_posted = false;
         self->write();
     });
@@ -84,19 +130,26 @@ void Session::write() {
     }
     m_leaving.swap(m_out);
     if (m_last_words) m_last_words = 0;
-    asio::async_write(m_socket, asio::buffer(m_leaving),
-                      [self = shared_from_this()](asio::error_code error, std::size_t) {
-                          if (error) return self->end();
-                          self->written();
-                      });
+    write_piece();
+}
+
+void Session::write_piece() {
+    const std::string_view piece = std::string_view(m_leaving).substr(m_left, m_bounds.piece);
+    m_stream->write(piece, [self = shared_from_this()](asio::error_code error, std::size_t count) {
+        if (error) return self->end();
+        self->m_left += count;
+        if (self->m_left < self->m_leaving.size()) return self->write_piece();
+        self->written();
+    });
 }
 
 void Session::written() {
     const bool was_congested = is_congested();
     m_leaving.clear();
+    m_left = 0;
     write();
     if (!was_congested || is_congested()) return;
-    if (m_conversation) take_lines();
+    take_lines();
     read();
     m_callbacks.moved();
 }
@@ -134,17 +187,16 @@ void Session::lock_tick() {
 
 void Session::close() {
     m_last_words = m_out.size();
-    asio::post(m_socket.get_executor(), [self = shared_from_this()] { self->finish(); });
+    asio::post(m_executor, [self = shared_from_this()] { self->finish(); });
 }
 
 void Session::reset() {
     m_is_mute = true;
-    asio::post(m_socket.get_executor(), [self = shared_from_this()] { self->end_by_reset(); });
+    asio::post(m_executor, [self = shared_from_this()] { self->end_by_reset(); });
 }
 
 void Session::end_by_reset() {
-    asio::error_code ignored;
-    m_socket.set_option(asio::socket_base::linger(true, 0), ignored);
+    m_stream->reset();
     end();
 }
 
@@ -185,8 +237,7 @@ void Session::end() {
     m_conversation.reset();
     stop_timers();
     m_finish_timer.cancel();
-    asio::error_code ignored;
-    m_socket.close(ignored);
+    m_stream->close();
     m_callbacks.moved();
     m_callbacks.gone(*this);
 }

@@ -40,4 +40,8 @@ private:
     std::string m_error_text;
 };
 
+// The directory of the program or shared library that this very function was linked into, with a separator at
+// its end; empty if the system doesn't tell.
+std::string code_directory();
+
 }  // namespace os
