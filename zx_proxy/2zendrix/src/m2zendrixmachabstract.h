@@ -179,8 +179,8 @@ public:
 
 protected:
     void read_app_ini_file();
-    void take_host(MErrTraceContext& context, const std::string& value);
-    void take_cached_axes(std::string value);
+    void take_host(MErrTraceContext& context, std::string value);
+    void take_cached_axes(const std::string& value);
     bool connect();
     void check_adapter();
     bool prepare_client(CZendrixCOM& client);

@@ -1,5 +1,6 @@
 // The driver's ini file.
 #include "MIniData.h"
+#include "configfile.h"
 #include "drivertrace.h"
 #include "errtrace.h"
 #include "m2zendrixmachabstract.h"
@@ -10,21 +11,18 @@ namespace {
 constexpr const char* source = "m2zendrixmachabstract_config.cpp";
 constexpr const char* function = "M2ZendrixMachAbstract::read_app_ini_file";
 
-void trim_blanks(std::string& text) {
-    text.erase(0, text.find_first_not_of(" \t"));
-    text.erase(text.find_last_not_of(" \t") + 1);
+bool get(const MIniData& ini, const configfile::Key& key, std::string& value) {
+    return ini.GetStringEntry(key.section, key.name, value);
 }
-
-bool exists(MIniData& ini) { return ini.IsOpen() && !ini.IsNew(); }
 
 }  // namespace
 
 void M2ZendrixMachAbstract::read_app_ini_file() {
     MErrTraceContext context(source);
-    std::string path = m_directory + "\\" + m_name + ".ini";
+    std::string path = configfile::first_path(m_directory, m_name);
     MIniData ini(path);
-    if (!exists(ini)) {
-        path = m_directory + "\\" + (m_name == "m2zendrix" ? "" : m_name + "\\") + "m2zendrix.ini";
+    if (!ini.IsOpen() || ini.IsNew()) {
+        path = configfile::second_path(m_directory, m_name);
         if (!ini.Open(path) || ini.IsNew()) {
             MErrTrace_ClearContext();
             return;
@@ -32,33 +30,24 @@ void M2ZendrixMachAbstract::read_app_ini_file() {
     }
     DRIVER_TRACE(source, 3, "%s(): using configuration in %s", function, path.c_str());
     std::string value;
-    if (ini.GetStringEntry("connection", "host", value)) take_host(context, value);
-    if (ini.GetStringEntry("connection", "port", value)) {
+    if (get(ini, configfile::host, value)) take_host(context, value);
+    if (get(ini, configfile::port, value)) {
         stl_string_strip(value);
         m_port = value;
     }
-    if (ini.GetStringEntry("Settings", "cached_axes", value)) take_cached_axes(value);
+    if (get(ini, configfile::cached_axes, value)) take_cached_axes(value);
 }
 
-void M2ZendrixMachAbstract::take_host(MErrTraceContext& context, const std::string& value) {
+void M2ZendrixMachAbstract::take_host(MErrTraceContext& context, std::string value) {
+    const bool is_library = configfile::is_library(value);
+    configfile::strip_host(value);
     m_host = value;
-    if (value.find(".dll") == std::string::npos) {
-        stl_string_strip(m_host);
-        return;
-    }
-    stl_string_strip_comment(m_host);
-    trim_blanks(m_host);
-    if (!MReplaceEnvironmentVars(m_host, m_expandVariables)) {
+    if (is_library && !MReplaceEnvironmentVars(m_host, m_expandVariables))
         context.DumpToMErrLog(__LINE__, "%s(): MReplaceEnvironmentVars(%s) failed", function, m_host.c_str());
-    }
 }
 
-void M2ZendrixMachAbstract::take_cached_axes(std::string value) {
-    stl_string_strip(value);
-    std::vector<std::string> names;
-    stl_string_tokenize(value, ",", names);
-    for (std::string& name : names) {
-        trim_blanks(name);
+void M2ZendrixMachAbstract::take_cached_axes(const std::string& value) {
+    for (const std::string& name : configfile::axes_of(value)) {
         m_cachedAxes.add(name);
         DRIVER_TRACE(source, 3, "%s(): caching %s axis", function, name.c_str());
     }
