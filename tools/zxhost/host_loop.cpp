@@ -22,33 +22,44 @@ HostLoop::HostLoop(MMachAbstract& machine, MOutputChannel& channel, HostNotifier
 CommandResult HostLoop::run(const MakeCommand& make, const TakeResults& take) {
     const InterruptWatch watch;
     CommandResult result;
+    std::exception_ptr failure;
     QuietChannel channel(m_next_id++);
     std::unique_ptr<MMachCommand> command(make(&channel));
     while (command) {
         const bool done = command->IsDone();
-        turn(*command, take);
+        turn(*command, take, failure);
         drain(channel, result);
         if (done) break;
-        if (watch.interrupted() && !result.aborted) {
+        if ((failure || watch.interrupted()) && !result.aborted) {
             result.aborted = true;
             m_listener.on_abort();
             command->Abort();
         }
-        poll();
+        try {
+            poll();
+        } catch (const HostError&) {
+            turn(*command, take, failure);  // what came before the machine was lost
+            throw;
+        }
         wait();
     }
     result.aborted = result.aborted || watch.interrupted();
     const bool started = command != nullptr;
     command.reset();
     drain(channel, result);
+    if (failure) std::rethrow_exception(failure);
     poll();
     if (!started && result.errors.empty())
         throw HostError(ExitStatus::NoConnection, "there is no machine to command", "connect again");
     return result;
 }
 
-void HostLoop::turn(MMachCommand& command, const TakeResults& take) {
-    if (take) take(command);
+void HostLoop::turn(MMachCommand& command, const TakeResults& take, std::exception_ptr& failure) {
+    try {
+        if (take && !failure) take(command);
+    } catch (...) {
+        failure = std::current_exception();
+    }
     m_listener.on_wake();
 }
 

@@ -1,6 +1,7 @@
 // The host's loop around one command: start it, poll it to its end, hand on all that the machine says.
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <string>
 #include <vector>
@@ -41,7 +42,8 @@ public:
 
     // Runs the command that `make` hands out until it is done. `take` may fetch results from it; it is
     // called every turn, and at least once after the end. Ctrl-C aborts the command and the loop goes on to
-    // its end. Throws HostError if there is no machine, or no more.
+    // its end; so does what `take` throws, which comes out there. Throws HostError if there is no machine, or
+    // no more.
     CommandResult run(const MakeCommand& make, const TakeResults& take = nullptr);
 
     // Hands on what the machine itself has said; throws HostError if the connection is lost.
@@ -52,7 +54,7 @@ public:
 
 private:
     void drain(MOutputChannel& channel, CommandResult& result);
-    void turn(MMachCommand& command, const TakeResults& take);
+    void turn(MMachCommand& command, const TakeResults& take, std::exception_ptr& failure);
 
     MMachAbstract& m_machine;
     MOutputChannel& m_channel;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "scan_writer.h"
 #include "verb_host.h"
 
 namespace zxhost {
@@ -51,5 +52,11 @@ std::string time_text();
 
 // Name, revision and serial number of the machine, for the head of a file.
 std::string machine_text(MMachAbstract& machine);
+
+// The probe that is loaded, for the head of a file. Asks the machine if it has probes at all.
+std::string probe_text(MMachAbstract& machine);
+
+// Runs what fills the file, then writes its footer: whole, or cut if it throws, which passes through.
+void fill_scan_file(ScanWriter& file, const std::function<void()>& fill);
 
 }  // namespace zxhost

@@ -13,7 +13,6 @@
 #include "mmachabstract.h"
 #include "number_text.h"
 #include "output_file.h"
-#include "point_csv.h"
 #include "positions.h"
 #include "ring_picture.h"
 #include "ring_report.h"
@@ -133,22 +132,24 @@ void Session::measure() {
     const double* const circle = m_circle.parameters;
     const std::string line = fmt::format("scancircle centre {} {} {} radius {} start {} sweep {}", circle[0],
                                          circle[1], circle[2], circle[3], circle[4], circle[5]);
-    std::ofstream out = open_output(file("ring.csv"));
-    PointCsv csv(out, {m_machine, m_time, line, data});
-    command(line, {.name = "scancircle",
-                   .class_name = MMachScancircleCommand::ClassName(),
-                   .make =
-                       [&](MOutputChannel* channel) {
-                           return machine.NewMMachScancircleCommand(channel, m_circle);
-                       },
-                   .take = draining<MMachScancircleCommand>({[&](const std::vector<double>& point) {
-                                                                 csv.add(point);
-                                                                 if (point.size() >= 2)
-                                                                     m_points.push_back({point[0], point[1]});
-                                                             },
-                                                             [&] { csv.flush(); }}),
-                   .progress = [&] { return std::to_string(m_points.size()) + " points"; }});
-    close_output(out, file("ring.csv"));
+    ScanWriter csv(file("ring.csv"), {m_machine, probe_text(machine), m_time, line, data, {}});
+    const auto scan = [&] {
+        command(line,
+                {.name = "scancircle",
+                 .class_name = MMachScancircleCommand::ClassName(),
+                 .make =
+                     [&](MOutputChannel* channel) {
+                         return machine.NewMMachScancircleCommand(channel, m_circle);
+                     },
+                 .take = draining<MMachScancircleCommand>({[&](const std::vector<double>& point) {
+                                                               csv.add(point);
+                                                               if (point.size() >= 2)
+                                                                   m_points.push_back({point[0], point[1]});
+                                                           },
+                                                           [&] { csv.flush(); }}),
+                 .progress = [&] { return std::to_string(m_points.size()) + " points"; }});
+    };
+    fill_scan_file(csv, scan);
 }
 
 // Away from the part first, then up, then home.

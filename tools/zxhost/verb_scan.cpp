@@ -6,8 +6,6 @@
 #include "circle_options.h"
 #include "mmachabstract.h"
 #include "number_text.h"
-#include "output_file.h"
-#include "point_csv.h"
 #include "scan_run.h"
 #include "targets.h"
 #include "verb_host.h"
@@ -26,28 +24,34 @@ struct ScanOptions {
 // Keeps the points for the table, or writes them to the file as they come.
 class PointStore {
 public:
-    PointStore(VerbHost& host, const ScanOptions& options, const std::string& what) : m_file(options.csv) {
-        if (m_file.empty()) return;
-        m_out = open_output(m_file);
-        m_csv.emplace(m_out, CsvHeader{machine_text(host.machine()), time_text(), what, options.data});
+    PointStore(VerbHost& host, const ScanOptions& options, const std::string& what) {
+        if (options.csv.empty()) return;
+        m_file.emplace(options.csv, ScanHeader{machine_text(host.machine()),
+                                               probe_text(host.machine()),
+                                               time_text(),
+                                               what,
+                                               options.data,
+                                               {}});
     }
 
-    void add(const std::vector<double>& point) {
-        if (m_csv)
-            m_csv->add(point);
+    PointSink sink() {
+        if (!m_file) return {[this](const std::vector<double>& point) { m_points.push_back(point); }};
+        return {[this](const std::vector<double>& point) { m_file->add(point); },
+                [this] { m_file->flush(); }};
+    }
+
+    // Runs the scan that fills it.
+    void fill(const std::function<void()>& scan) {
+        if (m_file)
+            fill_scan_file(*m_file, scan);
         else
-            m_points.push_back(point);
+            scan();
     }
 
-    void flush() {
-        if (m_csv) m_csv->flush();
-    }
-
-    void show(VerbHost& host, const std::vector<std::string>& names, std::size_t count) {
-        if (m_csv) {
-            close_output(m_out, m_file);
+    void show(VerbHost& host, const std::vector<std::string>& names) {
+        if (m_file) {
             host.show({{"points", "points"}, {"file", "file"}},
-                      Json::array({{{"points", count}, {"file", m_file}}}));
+                      Json::array({{{"points", m_file->points()}, {"file", m_file->file()}}}));
         } else if (host.wants_json()) {
             Json units = Json::array();
             for (const std::string& name : names) units.push_back(unit_of(name));
@@ -77,20 +81,16 @@ private:
         return result;
     }
 
-    std::string m_file;
-    std::ofstream m_out;
-    std::optional<PointCsv> m_csv;
+    std::optional<ScanWriter> m_file;
     std::vector<std::vector<double>> m_points;
 };
 
 template <class Scan>
 void scan(VerbHost& host, const ScanOptions& options, const HostLoop::MakeCommand& make, const char* name) {
-    PointStore store(host, options, name);
     select_scan_data(host, options.data);
-    const std::size_t count =
-        run_scan<Scan>(host, name, make,
-                       {[&](const std::vector<double>& point) { store.add(point); }, [&] { store.flush(); }});
-    store.show(host, options.data, count);
+    PointStore store(host, options, name);
+    store.fill([&] { run_scan<Scan>(host, name, make, store.sink()); });
+    store.show(host, options.data);
 }
 
 void scan_line(const Program& program, const Streams& streams, const ScanOptions& options) {

@@ -7,39 +7,12 @@
 
 #include "exit_status.h"
 #include "known_ring.h"
-#include "point_csv.h"
 #include "private_configuration.h"
 
 namespace {
 
 using namespace zxhost;
 namespace fs = std::filesystem;
-
-TEST(PointCsv, NamesMachineTimeActionAndUnits) {
-    std::ostringstream out;
-    PointCsv csv(out, {"Round 4", "2026-01-31T12:00:00Z", "scan\ncircle", {"x", "c", "time", "a,\"b\""}});
-    csv.add({1.5, -0.1, 1e-7, 3});
-    csv.flush();
-    EXPECT_EQ(out.str(),
-              "# machine: Round 4\n"
-              "# time: 2026-01-31T12:00:00Z\n"
-              "# action: scan\\x0acircle\n"
-              "x [mm],c [deg],time [s],\"a,\"\"b\"\" [mm]\"\n"
-              "1.5,-0.1,1e-07,3\n");
-}
-
-TEST(PointCsv, NeverEndsWithinALine) {
-    std::ostringstream out;
-    PointCsv csv(out, {"", "", "", {"x"}});
-    for (int i = 0; i < 400000; ++i) {
-        csv.add({0.123456});
-        if (i % 50000 == 0) {
-            EXPECT_EQ(out.str().back(), '\n');
-        }
-    }
-    EXPECT_GT(out.str().size(), 1000000u);
-    EXPECT_EQ(out.str().back(), '\n');
-}
 
 TEST(PrivateConfiguration, LastsAsLongAsTheObjectAndIsPrivate) {
     fs::path directory;

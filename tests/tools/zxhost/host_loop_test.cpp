@@ -93,6 +93,36 @@ TEST_F(HostLoopTest, TakesResultsEveryTurnAndAfterTheEnd) {
     EXPECT_EQ(taken_at, story.polls);
 }
 
+TEST_F(HostLoopTest, TakesResultsThatCameBeforeTheMachineWasLost) {
+    bool lost = false;
+    bool taken = false;
+    story.polls = 1000000;
+    machine.on_poll = [&](MOutputChannel& out) {
+        lost = true;
+        out.set_fatal();
+    };
+    EXPECT_THROW(loop.run(fake(), [&](MMachCommand&) { taken = lost; }), HostError);
+    EXPECT_TRUE(taken);
+}
+
+TEST_F(HostLoopTest, AFailureToTakeResultsAbortsTheCommandAndComesOutAtItsEnd) {
+    int taken = 0;
+    story.polls = 1000000;
+    const auto take = [&](MMachCommand&) {
+        ++taken;
+        throw HostError(ExitStatus::WrongUsage, "disk full");
+    };
+    try {
+        loop.run(fake(), take);
+        FAIL() << "no error";
+    } catch (const HostError& error) {
+        EXPECT_STREQ(error.what(), "disk full");
+    }
+    EXPECT_EQ(taken, 1);
+    EXPECT_EQ(story.aborts, 1);
+    EXPECT_EQ(story.deleted, 1);
+}
+
 TEST_F(HostLoopTest, NoCommandMeansNoMachine) {
     try {
         loop.run([](MOutputChannel*) { return nullptr; });
