@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <functional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "os/file.h"
@@ -37,6 +39,9 @@ public:
         m_for_good = true;
     }
 
+    // Is called before a call fails, and behind a write that comes short.
+    void on_fault(std::function<void()> action) { m_action = std::move(action); }
+
     // The operations called so far, how often one of them was, and the sizes that reads and writes asked for,
     // as text.
     const std::vector<std::string>& all_calls() const { return m_calls; }
@@ -65,7 +70,9 @@ public:
     }
     bool write(os::FileHandle file, const void* data, std::uint32_t size, std::uint32_t& done) override {
         m_sizes += " w" + std::to_string(size);
-        return passes("write", file) && m_real.write(file, data, bounded(size), done);
+        const bool written = passes("write", file) && m_real.write(file, data, bounded(size), done);
+        if (m_short && m_action) m_action();
+        return written;
     }
     bool flush(os::FileHandle file) override { return passes("flush", file) && m_real.flush(file); }
     bool close(os::FileHandle file) override {
@@ -126,6 +133,7 @@ private:
         --m_countdown;
         if (m_countdown != 0 && !(m_for_good && m_countdown < 0)) return true;
         m_short = m_fault != Fault::fails;
+        if (!m_short && m_action) m_action();
         errno = m_error;
         return m_short;
     }
@@ -143,4 +151,5 @@ private:
     std::set<os::FileHandle> m_open;
     int m_stray = 0;
     bool m_write_through = false;
+    std::function<void()> m_action;
 };
