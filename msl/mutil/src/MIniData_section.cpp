@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <new>
 
 #include "MIniData.h"
 #include "MIniData_text.h"
@@ -42,14 +41,15 @@ void MIniDataEntry::SetLong(long value) { SetString(minidata::long_text(value));
 void MIniDataEntry::SetLongLong(long long value) { SetString(std::to_string(value)); }
 
 template <class Compare>
-MIniDataSectionT<Compare>::MIniDataSectionT(std::string header) : MIniDataLine(std::move(header)) {
+MIniDataSectionT<Compare>::MIniDataSectionT(std::string header, MIniDataLinePool& lines)
+    : MIniDataLine(std::move(header)), pool(lines) {
     line_vec.reserve(10);
     line_vec.push_back(this);
 }
 
 template <class Compare>
 MIniDataSectionT<Compare>::~MIniDataSectionT() {
-    for (std::size_t i = 1; i < line_vec.size(); ++i) delete line_vec[i];
+    for (std::size_t i = 1; i < line_vec.size(); ++i) pool.drop(line_vec[i]);
 }
 
 template <class Compare>
@@ -61,7 +61,7 @@ MIniDataEntry* MIniDataSectionT<Compare>::GetEntry(const char* name) const {
 template <class Compare>
 void MIniDataSectionT<Compare>::GetEntryNames(std::vector<std::string>& out) const {
     out.clear();
-    for (const auto& [name, entry] : entry_map) out.push_back(name);
+    for (const auto& [name, entry] : entry_map) out.emplace_back(name);
 }
 
 template <class Compare>
@@ -123,7 +123,7 @@ bool MIniDataSectionT<Compare>::set_entry(const char* name, const std::string& v
 template <class Compare>
 bool MIniDataSectionT<Compare>::add_new_entry(const char* name, const std::string& value) {
     const std::string key(minidata::trim_right(name));
-    auto* const entry = new (std::nothrow) MIniDataEntry(key + "=" + value, key.size() + 1);
+    auto* const entry = pool.make<MIniDataEntry>(key + "=" + value, key.size() + 1);
     if (!entry) {
         MERRTRACE_REPORT(source, "MIniDataSectionT::add_new_entry(): new MIniDataEntry() failed: %.50s",
                          os::error_text(errno).c_str());
@@ -168,13 +168,17 @@ bool MIniDataSectionT<Compare>::DeleteEntry(const std::string& name) {
 }
 
 template <class Compare>
-void MIniDataSectionT<Compare>::erase_line(std::size_t index, typename EntryMap::iterator named) {
-    const MIniDataLine* const line = line_vec[index];
+void MIniDataSectionT<Compare>::erase_line(std::size_t index, typename EntryMap::const_iterator named) {
+    MIniDataLine* const line = line_vec[index];
     const bool is_its_own = named->second == line;
     entry_map.erase(named);
     // By its text the line may be the one of an entry of another name: none shall point at a deleted line.
-    if (!is_its_own) std::erase_if(entry_map, [line](const auto& node) { return node.second == line; });
-    delete line;
+    if (!is_its_own) {
+        const auto other = std::find_if(entry_map.begin(), entry_map.end(),
+                                        [line](const auto& item) { return item.second == line; });
+        if (other != entry_map.end()) entry_map.erase(other);
+    }
+    pool.drop(line);
     line_vec.erase(line_vec.begin() + static_cast<std::ptrdiff_t>(index));
 }
 

@@ -82,11 +82,12 @@ MIniDataT<Compare>::~MIniDataT() {
 
 template <class Compare>
 void MIniDataT<Compare>::clear() {
-    for (const MIniDataLine* line : header_lines) delete line;
+    for (MIniDataLine* line : header_lines) pool.drop(line);
     header_lines.clear();
     for (const auto& [name, section] : section_map) delete section;
     section_map.clear();
     current_section = nullptr;
+    pool.clear();
 }
 
 template <class Compare>
@@ -192,7 +193,7 @@ bool MIniDataT<Compare>::parse_line(const std::string& line) {
 
 template <class Compare>
 bool MIniDataT<Compare>::parse_plain(const std::string& line) {
-    auto* const plain = new (std::nothrow) MIniDataLine(line);
+    auto* const plain = pool.make<MIniDataLine>(line);
     if (!plain) return out_of_memory("MIniData::parse_line(): new MIniDataLine()");
     (current_section ? current_section->line_vec : header_lines).push_back(plain);
     return true;
@@ -204,21 +205,28 @@ bool MIniDataT<Compare>::parse_section(const std::string& line) {
     if (end == line.npos) {
         return fail_in_parse(stl_string_format("no matching ']' found in \"%.50s\"", line.c_str()));
     }
-    const std::string name = line.substr(1, end - 1);
-    if (section_map.contains(name)) {
-        if (!(flags & MINIDATA_REPLACE_SECTIONS)) {
-            return fail_in_parse(stl_string_format("Section [%s] seen twice", name.c_str()));
-        }
-        if (!DeleteSection(name)) {
-            MERRTRACE_REPORT(source, "MIniData::parse_line(): DeleteSection() failed");
-            return fail(stl_string_format("Section [%s] deleting previous version failed", name.c_str()));
-        }
+    const std::string_view name = std::string_view(line).substr(1, end - 1);
+    auto place = section_map.lower_bound(name);
+    if (section_map.is_at(place, name)) {
+        if (!replace_section(std::string(name))) return false;
+        place = section_map.lower_bound(name);
     }
-    auto* const section = new (std::nothrow) Section(line);
+    auto* const section = new (std::nothrow) Section(line, pool);
     if (!section) return out_of_memory("MIniData::parse_line(): new MIniDataSectionT()");
-    section_map.emplace(name, section);
+    section_map.emplace_hint(place, name, section);
     current_section = section;
     return true;
+}
+
+// Makes way for another section of this name, if the flags let it.
+template <class Compare>
+bool MIniDataT<Compare>::replace_section(const std::string& name) {
+    if (!(flags & MINIDATA_REPLACE_SECTIONS)) {
+        return fail_in_parse(stl_string_format("Section [%s] seen twice", name.c_str()));
+    }
+    if (DeleteSection(name)) return true;
+    MERRTRACE_REPORT(source, "MIniData::parse_line(): DeleteSection() failed");
+    return fail(stl_string_format("Section [%s] deleting previous version failed", name.c_str()));
 }
 
 template <class Compare>
@@ -237,23 +245,31 @@ bool MIniDataT<Compare>::parse_entry(const std::string& line, std::size_t begin)
         return fail_in_parse(stl_string_format("No entry name found before '=' in \"%s\" in section %s",
                                                line.c_str(), header));
     }
-    const std::string name(minidata::entry_name(line, begin, equals));
-    if (current_section->entry_map.contains(name)) {
-        if (!(flags & MINIDATA_REPLACE_ENTRIES)) {
-            return fail_in_parse(
-                stl_string_format("Entry \"%s\" seen twice in section %s", name.c_str(), header));
-        }
-        if (!current_section->DeleteEntry(name)) {
-            MERRTRACE_REPORT(source, "MIniData::parse_line(): DeleteEntry() failed");
-            return fail(stl_string_format("Entry \"%s\" deleting previous version failed", name.c_str()));
-        }
+    const std::string_view name = minidata::entry_name(line, begin, equals);
+    auto& entries = current_section->entry_map;
+    auto place = entries.lower_bound(name);
+    if (entries.is_at(place, name)) {
+        if (!replace_entry(std::string(name))) return false;
+        place = entries.lower_bound(name);
     }
     // Without a '=' the position wraps to 0: the value is the whole line.
-    auto* const entry = new (std::nothrow) MIniDataEntry(line, equals + 1);
+    auto* const entry = pool.make<MIniDataEntry>(line, equals + 1);
     if (!entry) return out_of_memory("MIniData::parse_line(): new MIniDataEntry()");
-    current_section->entry_map.emplace(name, entry);
+    entries.emplace_hint(place, name, entry);
     current_section->line_vec.push_back(entry);
     return true;
+}
+
+// Makes way for another entry of this name, if the flags let it.
+template <class Compare>
+bool MIniDataT<Compare>::replace_entry(const std::string& name) {
+    if (!(flags & MINIDATA_REPLACE_ENTRIES)) {
+        return fail_in_parse(stl_string_format("Entry \"%s\" seen twice in section %s", name.c_str(),
+                                               current_section->text.c_str()));
+    }
+    if (current_section->DeleteEntry(name)) return true;
+    MERRTRACE_REPORT(source, "MIniData::parse_line(): DeleteEntry() failed");
+    return fail(stl_string_format("Entry \"%s\" deleting previous version failed", name.c_str()));
 }
 
 template <class Compare>
@@ -272,9 +288,11 @@ bool MIniDataT<Compare>::SetContentString(const std::string& text) {
     is_saved = false;
     const char* at = text.c_str();
     const char* const text_end = at + std::strlen(at);
+    std::string line;
     while (at != text_end) {
         const char* const end = std::find_if(at, text_end, [](char c) { return c == '\r' || c == '\n'; });
-        if (!parse_line(std::string(at, end))) {
+        line.assign(at, end);
+        if (!parse_line(line)) {
             MERRTRACE_REPORT(source, "MIniData::SetContentString(): parse_line() failed");
             return false;
         }
@@ -286,14 +304,14 @@ bool MIniDataT<Compare>::SetContentString(const std::string& text) {
 
 template <class Compare>
 auto MIniDataT<Compare>::GetSection(const char* section) const -> Section* {
-    const auto found = section_map.find(std::string_view(section));
+    const auto found = section_map.find(section);
     return found == section_map.end() ? nullptr : found->second;
 }
 
 template <class Compare>
 void MIniDataT<Compare>::GetSectionNames(std::vector<std::string>& out) const {
     out.clear();
-    for (const auto& [name, section] : section_map) out.push_back(name);
+    for (const auto& [name, section] : section_map) out.emplace_back(name);
 }
 
 template <class Compare>

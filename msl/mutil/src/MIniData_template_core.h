@@ -11,10 +11,12 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "MIniData_map.h"
+#include "MIniData_pool.h"
 
 enum : unsigned {
     MINIDATA_LAX_ENTRIES = 1,  // lines without '=', or without a name before it, are entries
@@ -62,13 +64,17 @@ public:
     std::size_t value_pos;  // where the value begins in `text`
 };
 
+// Where lines live.
+using MIniDataLinePool = MIniDataPool<MIniDataLine, MIniDataEntry>;
+
 // A section is the first line of its own lines.
 template <class Compare>
 class MIniDataSectionT : public MIniDataLine {
 public:
-    using EntryMap = std::map<std::string, MIniDataEntry*, Compare>;
+    using EntryMap = MIniDataMap<MIniDataEntry, Compare>;
 
-    explicit MIniDataSectionT(std::string header);
+    // The lines come from the pool, which must outlive the section.
+    MIniDataSectionT(std::string header, MIniDataLinePool& lines);
     ~MIniDataSectionT() override;
 
     std::size_t GetNumEntries() const { return entry_map.size(); }
@@ -97,12 +103,14 @@ public:
     bool DeleteEntry(const std::string& name);
 
     EntryMap entry_map;                   // doesn't own
-    std::vector<MIniDataLine*> line_vec;  // owns all but the first, which is this
+    std::vector<MIniDataLine*> line_vec;  // owns all, from the pool, but the first, which is this
 
 private:
     bool set_entry(const char* name, const std::string& value, const char* operation);
     bool add_new_entry(const char* name, const std::string& value);
-    void erase_line(std::size_t index, typename EntryMap::iterator named);
+    void erase_line(std::size_t index, typename EntryMap::const_iterator named);
+
+    MIniDataLinePool& pool;
 };
 
 template <class Compare>
@@ -195,6 +203,8 @@ private:
     bool parse_plain(const std::string& line);
     bool parse_section(const std::string& line);
     bool parse_entry(const std::string& line, std::size_t begin);
+    bool replace_section(const std::string& name);
+    bool replace_entry(const std::string& name);
     Section* add_new_section(const std::string& name);
     Section* section_to_set(const char* section, const char* operation);
     bool refuse_comment(const char* operation, const std::string& error);
@@ -209,10 +219,11 @@ private:
     bool is_saved = false;
     std::string filename;
     unsigned flags = 0;
-    std::vector<MIniDataLine*> header_lines;               // before the first section; owned
-    std::map<std::string, Section*, Compare> section_map;  // owned
-    Section* current_section = nullptr;                    // the one that lines go to
+    std::vector<MIniDataLine*> header_lines;    // before the first section; owned
+    MIniDataMap<Section, Compare> section_map;  // owned
+    Section* current_section = nullptr;         // the one that lines go to
     std::string last_error;
+    MIniDataLinePool pool;  // of all lines but the headers of sections
 };
 
 template <class Compare>
