@@ -90,9 +90,12 @@ private:
     std::int64_t read_from_buffer(void* target, std::size_t size);
     int read_char_from_buffer(char& c);
     std::size_t buffered() const { return static_cast<std::size_t>(limit - cursor); }
+    bool refill();
     bool take_line_end();
+    char* find_line_end(char* end);
 
     char* rewind_limit = buffer.data();  // UnReadChar goes back no further
+    char* next_cr = nullptr;  // the first CR at `cursor` or behind, else `limit`; null if not known
 };
 
 // How a file is written. A writer takes the first four; with the flag each write returns only when the data

@@ -41,6 +41,7 @@ bool MFastFileReader::Open(const char* path) {
     }
     state = 0;
     cursor = limit = rewind_limit = buffer.data();
+    next_cr = nullptr;
     filename = path;
     return true;
 }
@@ -69,6 +70,12 @@ bool MFastFileReader::fill_buffer() {
     return true;
 }
 
+// Fills the buffer, whose bytes are others then.
+bool MFastFileReader::refill() {
+    next_cr = nullptr;
+    return fill_buffer();
+}
+
 std::int64_t MFastFileReader::read_from_buffer(void* target, std::size_t size) {
     if (is_closed()) {
         MERRTRACE_REPORT(source, "MFastFileReader::read_from_buffer(): no open file");
@@ -81,7 +88,7 @@ std::int64_t MFastFileReader::read_from_buffer(void* target, std::size_t size) {
     const std::size_t rest = size - first;
     if (rest == 0) return static_cast<std::int64_t>(size);
     if (rest < buffer_size) {
-        if (!fill_buffer()) {
+        if (!refill()) {
             MERRTRACE_REPORT(source, "MFastFileReader::read_from_buffer(): fill_buffer() failed");
             return -1;
         }
@@ -134,7 +141,7 @@ int MFastFileReader::read_char_from_buffer(char& c) {
         MERRTRACE_REPORT(source, "MFastFileReader::read_char_from_buffer(): no open file");
         return -1;
     }
-    if (buffered() == 0 && !fill_buffer()) {
+    if (buffered() == 0 && !refill()) {
         MERRTRACE_REPORT(source, "MFastFileReader::read_char_from_buffer(): fill_buffer() failed");
         return -1;
     }
@@ -171,6 +178,7 @@ int MFastFileReader::ReadCharNL(char& c) {
 bool MFastFileReader::UnReadChar() {
     if (cursor > rewind_limit) {
         --cursor;
+        next_cr = nullptr;
         return true;
     }
     MERRTRACE_REPORT(source, "MFastFileReader::UnReadChar(): can't rewind");
@@ -184,7 +192,7 @@ bool MFastFileReader::IsEOF() {
     }
     if (buffered() > 0) return false;
     MErrTrace_BeginContext();
-    if (!fill_buffer()) {
+    if (!refill()) {
         MERRLOG_REPORT(source, "MFastFileReader::IsEOF(): fill_buffer() failed");
         MErrTrace_ClearContext();
     }
