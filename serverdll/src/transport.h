@@ -30,9 +30,24 @@ public:
     virtual const char* write(std::string_view bytes, milliseconds at_most) = 0;
     // Ends reading and writing, now and from now on.
     virtual void shutdown() noexcept = 0;
+
+    // On a road that is always there: what a client says to get a hello. Whatever comes before the hello then
+    // was meant for somebody else. Empty: a connection is new, and the server begins.
+    virtual std::string_view opening() const { return {}; }
 };
 
-// Where the connection string `server` leads. Throws CZendrixError with the cause if nobody answers there.
+// Where the connection string `server` leads: with ".dll" to a library, with "COM" to a serial line, else to
+// a TCP port. Throws CZendrixError with the cause if nobody answers there.
 std::unique_ptr<Transport> connect_transport(const std::string& server, const ClientOptions& options);
+
+// "host port"
+std::unique_ptr<Transport> connect_tcp(const std::string& server, const ClientOptions& options);
+// "LIBRARY" or "LIBRARY SETTINGS"
+std::unique_ptr<Transport> connect_library(const std::string& server);
+// "LINE" or "LINE BAUD"
+std::unique_ptr<Transport> connect_serial(const std::string& server);
+
+// Throws what connecting throws.
+[[noreturn]] void refuse_connection(const std::string& server, const std::string& cause);
 
 }  // namespace serverdll
