@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
+#include <sstream>
 
 #include "number_text.h"
 #include "verb_host.h"
@@ -11,7 +12,7 @@
 namespace zxhost {
 namespace {
 
-void add_settings(CLI::App& app, Settings& settings) {
+void add_connection_settings(CLI::App& app, Settings& settings) {
     CLI::Option* const host =
         app.add_option("--host", settings.host, "name or address of the machine (default: the driver's own)");
     app.add_option("--port", settings.port, "its port")
@@ -25,6 +26,9 @@ void add_settings(CLI::App& app, Settings& settings) {
     app.add_option("--name", settings.name, "configuration name")->capture_default_str()->needs(config);
     app.add_option("--plugin", settings.plugin, "file of the plug-in (default: the one beside this program)");
     app.add_option("--trace", settings.trace, "trace level of the driver, 0 to 5")->check(CLI::Range(0, 5));
+}
+
+void add_output_settings(CLI::App& app, Settings& settings) {
     const std::map<std::string, Format> formats{{"table", Format::AsTable}, {"json", Format::AsJson}};
     app.add_option("--format", settings.format, "table or json")
         ->transform(CLI::CheckedTransformer(formats).description(""))
@@ -33,10 +37,7 @@ void add_settings(CLI::App& app, Settings& settings) {
     app.add_flag("--lines", settings.lines, "show each line of the machine on standard error");
 }
 
-void add_verbs(CLI::App& app, Program& program) {
-    for (const auto add : {add_info, add_axes, add_get, add_set, add_init, add_move, add_zero, add_home,
-                           add_circle, add_scan, add_events, add_session})
-        add(app, program);
+void let_options_stand_anywhere(CLI::App& app) {
     app.require_subcommand(1);
     app.fallthrough();
     for (CLI::App* verb : app.get_subcommands({})) {
@@ -51,24 +52,41 @@ void tell(const Streams& streams, const std::string& text, const std::string& wa
     streams.err.flush();
 }
 
-// A request for help, or a mistake in the arguments.
-ExitStatus answer(const CLI::App& app, const CLI::ParseError& error, const Streams& streams) {
-    if (error.get_exit_code() == 0) {
-        app.exit(error, streams.out, streams.err);
-        return ExitStatus::Done;
-    }
+// What is wrong with the arguments, in our words.
+HostError mistake_of(const CLI::App& app, const CLI::ParseError& error) {
     const auto chosen = app.get_subcommands();
     const auto rest = app.remaining();
     const std::string mistake =
         chosen.empty() && !rest.empty() ? "there is no verb or option '" + rest.front() + "'" : error.what();
-    tell(streams, mistake,
-         "see: zxhost " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help");
-    return ExitStatus::WrongUsage;
+    return HostError(ExitStatus::WrongUsage, mistake,
+                     "see: zxhost " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help");
 }
 
-ExitStatus run_verb(const Program& program, const Streams& streams) {
+}  // namespace
+
+void add_line_verbs(CLI::App& app, Program& program) {
+    add_output_settings(app, program.settings);
+    for (const auto add : {add_info, add_axes, add_get, add_set, add_init, add_move, add_zero, add_home,
+                           add_circle, add_scan, add_events, add_session})
+        add(app, program);
+}
+
+void parse_words(CLI::App& app, Program& program, std::vector<std::string> words) {
+    let_options_stand_anywhere(app);
+    std::reverse(words.begin(), words.end());  // CLI11 takes them from the back
     try {
-        program.verb(streams);
+        app.parse(std::move(words));
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() != 0) throw mistake_of(app, error);
+        std::ostringstream help;
+        app.exit(error, help, help);
+        program.verb = [text = help.str()](const Streams& streams) { streams.out << text; };
+    }
+}
+
+ExitStatus run_and_tell(const Streams& streams, const std::function<void()>& run) {
+    try {
+        run();
         streams.out.flush();
         return ExitStatus::Done;
     } catch (const HostError& error) {
@@ -81,23 +99,18 @@ ExitStatus run_verb(const Program& program, const Streams& streams) {
     }
 }
 
-}  // namespace
-
 ExitStatus run_command_line(std::vector<std::string> arguments, const Streams& streams) {
     Program program;
     CLI::App app("Drives a measuring machine through its driver plug-in.", "zxhost");
-    add_settings(app, program.settings);
-    add_verbs(app, program);
+    add_connection_settings(app, program.settings);
+    add_line_verbs(app, program);
     app.footer(
         "example: zxhost --host 127.0.0.1 --port 7073 move x=12.5 z+=3\n"
         "exit status: 0 done, 1 error of the machine, 2 wrong usage, 3 no connection");
-    std::reverse(arguments.begin(), arguments.end());  // CLI11 takes them from the back
-    try {
-        app.parse(std::move(arguments));
-    } catch (const CLI::ParseError& error) {
-        return answer(app, error, streams);
-    }
-    return run_verb(program, streams);
+    return run_and_tell(streams, [&] {
+        parse_words(app, program, std::move(arguments));
+        program.verb(streams);
+    });
 }
 
 }  // namespace zxhost

@@ -1,9 +1,14 @@
 // What the command line says to all verbs.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace zxhost {
+
+class OpenMachine;
+class Rehearsal;
 
 enum class Format { AsTable, AsJson };
 
@@ -17,6 +22,13 @@ struct Settings {
     Format format = Format::AsTable;
     bool progress = false;  // show progress also where no person watches
     bool lines = false;     // show the machine's lines on standard error
+    bool events = false;    // show its events on standard error
+
+    // In a shell or script: the machine that is open there. Throws HostError if it is lost. None: each verb
+    // opens a machine of its own.
+    std::function<OpenMachine&()> borrow = nullptr;
+    std::vector<std::string> scripts;  // the files that are being played, the outermost first
+    Rehearsal* rehearsal = nullptr;    // actions are examined and not run
 };
 
 }  // namespace zxhost

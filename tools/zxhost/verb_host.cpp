@@ -6,6 +6,7 @@
 
 #include "exit_status.h"
 #include "number_text.h"
+#include "rehearsal.h"
 #include "way_out.h"
 
 namespace zxhost {
@@ -33,7 +34,12 @@ VerbHost::VerbHost(const Settings& settings, const Streams& streams)
       m_progress(streams.err, style_of(settings, streams)),
       m_loop(m_open.machine(), m_open.channel(), m_open.notifier(), *this) {}
 
+MMachAbstract& VerbHost::machine() {
+    return m_settings.rehearsal ? m_settings.rehearsal->machine() : m_open.machine();
+}
+
 void VerbHost::run(const Action& action) {
+    if (m_settings.rehearsal) return m_settings.rehearsal->examine(action);
     if (!machine().IsCommandEnabled(action.class_name))
         throw HostError(ExitStatus::MachineError, action.name + ": this machine has no such command",
                         "see what it knows with: zxhost info");
@@ -43,6 +49,11 @@ void VerbHost::run(const Action& action) {
     if (action.progress) show_progress(action);
     m_progress.end();
     if (!result.good()) throw error_of(action.name, result.aborted, result.errors);
+}
+
+void VerbHost::wait() {
+    if (m_settings.rehearsal) throw RehearsalIsOver();  // what a verb waits for doesn't come
+    m_loop.wait();
 }
 
 void VerbHost::begin_query() {
