@@ -13,12 +13,7 @@ using test::Signal;
 using Texts = std::vector<std::string>;
 using std::chrono::milliseconds;
 
-class Assumptions : public test::ClientFixture, public testing::WithParamInterface<test::Transport> {
-protected:
-    std::unique_ptr<test::Server> serve_script(test::Script script) override {
-        return GetParam().serve(std::move(script));
-    }
-};
+using Assumptions = test::RoadFixture;
 
 TEST_P(Assumptions, TheIdIsStoredBeforeTheRequestLeaves) {
     long tid = 0;
@@ -609,7 +604,6 @@ TEST_P(Assumptions, WatchedValuesComeUntilTheWatchEnds) {
     finish();
 }
 
-INSTANTIATE_TEST_SUITE_P(Transports, Assumptions, testing::Values(test::Transport{"tcp", test::serve_tcp}),
-                         [](const auto& instance) { return instance.param.name; });
+INSTANTIATE_TEST_SUITE_P(Transports, Assumptions, testing::ValuesIn(test::all_transports()), test::road_name);
 
 }  // namespace

@@ -5,7 +5,9 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -127,6 +129,21 @@ inline std::string thrown(const std::function<void()>& call) {
     return "no exception";
 }
 
+// How many entries a directory has, as /proc/self/task one for each thread of this process.
+inline std::ptrdiff_t entries_of(const char* directory) {
+    return std::distance(std::filesystem::directory_iterator(directory), {});
+}
+
+// True once no more threads than these are left. The system takes a moment to forget one that was joined.
+inline bool threads_sink_to(std::ptrdiff_t count) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (entries_of("/proc/self/task") > count) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::yield();
+    }
+    return true;
+}
+
 class ClientFixture : public testing::Test {
 protected:
     void SetUp() override {
@@ -165,5 +182,15 @@ protected:
 private:
     serverdll::ClientOptions m_before;
 };
+
+// The same over each road; instantiate it with all_transports() and road_name.
+class RoadFixture : public ClientFixture, public testing::WithParamInterface<Transport> {
+protected:
+    std::unique_ptr<Server> serve_script(Script script) override {
+        return GetParam().serve(std::move(script));
+    }
+};
+
+inline std::string road_name(const testing::TestParamInfo<Transport>& info) { return info.param.name; }
 
 }  // namespace test

@@ -1,6 +1,5 @@
 // Losing the server, at any moment and in any way: every wait ends, the host is told once.
 #include <atomic>
-#include <filesystem>
 #include <future>
 #include <thread>
 
@@ -14,12 +13,8 @@ using test::Signal;
 using Texts = std::vector<std::string>;
 using std::chrono::milliseconds;
 
-class Loss : public test::ClientFixture, public testing::WithParamInterface<test::Transport> {
+class Loss : public test::RoadFixture {
 protected:
-    std::unique_ptr<test::Server> serve_script(test::Script script) override {
-        return GetParam().serve(std::move(script));
-    }
-
     void SetUp() override {
         ClientFixture::SetUp();
         options().heartbeat = milliseconds(300);
@@ -28,19 +23,25 @@ protected:
 
 struct Way {
     std::string name;
-    std::string cause;
+    std::string cause;  // or, if it is the road's
     std::function<void(Peer&)> lose;
+    std::string (test::Server::*cause_of)() const = nullptr;
+
+    std::string text(const test::Server& server) const {
+        return "machine connection lost: " + (cause_of == nullptr ? cause : (server.*cause_of)());
+    }
 };
 
 std::vector<Way> ways() {
     return {
-        {"closed", "closed by the server", [](Peer& peer) { peer.close(); }},
-        {"reset", "reset by the server", [](Peer& peer) { peer.reset(); }},
-        {"half a line", "closed by the server",
+        {"closed", "", [](Peer& peer) { peer.close(); }, &test::Server::cause_of_close},
+        {"reset", "", [](Peer& peer) { peer.reset(); }, &test::Server::cause_of_reset},
+        {"half a line", "",
          [](Peer& peer) {
              peer.send("0000\tevent \"hal");
              peer.close();
-         }},
+         },
+         &test::Server::cause_of_close},
         {"silent", "the server is silent",
          [](Peer& peer) {
              peer.answers_ping = false;
@@ -77,7 +78,6 @@ TEST_P(Loss, EndsEveryWaitAndIsToldOnce) {
         SCOPED_TRACE(way.name);
         recording::reset();
         test::Record told;
-        std::string text = "machine connection lost: " + way.cause;
         play([&way](Peer& peer) {
             peer.hello();
             peer.expect("init", {"accepted"});
@@ -86,6 +86,7 @@ TEST_P(Loss, EndsEveryWaitAndIsToldOnce) {
             way.lose(peer);
         });
         told.install(*client);
+        const std::string text = way.text(*server);
         client->ThrowExceptions(true);
         long running = 0;
         EXPECT_TRUE(client->Init(&running));
@@ -190,15 +191,9 @@ TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
     finish();
 }
 
-std::size_t threads_of_this_process() {
-    namespace fs = std::filesystem;
-    return static_cast<std::size_t>(
-        std::distance(fs::directory_iterator("/proc/self/task"), fs::directory_iterator()));
-}
-
 TEST_P(Loss, NoThreadIsLeftBehind) {
     std::thread([] {}).join();  // a sanitizer may start a thread of its own with the first
-    const std::size_t before = threads_of_this_process();
+    const std::ptrdiff_t before = test::entries_of("/proc/self/task");
     for (const Way& way : ways()) {
         Signal connected;
         play([&](Peer& peer) {
@@ -213,12 +208,11 @@ TEST_P(Loss, NoThreadIsLeftBehind) {
         }
         record.clear();
         finish();
-        EXPECT_EQ(threads_of_this_process(), before) << way.name;
+        EXPECT_TRUE(test::threads_sink_to(before)) << way.name;
     }
     finish();
 }
 
-INSTANTIATE_TEST_SUITE_P(Transports, Loss, testing::Values(test::Transport{"tcp", test::serve_tcp}),
-                         [](const auto& instance) { return instance.param.name; });
+INSTANTIATE_TEST_SUITE_P(Transports, Loss, testing::ValuesIn(test::all_transports()), test::road_name);
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace {
 
@@ -42,6 +43,11 @@ TEST(SharedLibraryTest, AMissingNameIsTold) {
     ASSERT_TRUE(library.load(TEST_LIBRARY));
     EXPECT_EQ(nullptr, library.symbol("no_such_name"));
     EXPECT_NE(std::string::npos, library.error_text().find("no_such_name"));
+}
+
+TEST(SharedLibraryTest, KnowsWhereThisCodeLies) {
+    EXPECT_EQ(std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/",
+              os::code_directory());
 }
 
 TEST(SharedLibraryTest, MovingHandsTheLibraryOver) {
