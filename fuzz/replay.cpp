@@ -37,8 +37,8 @@ bool replay(const std::filesystem::path& path) {
 
 int main(int count, char** arguments) {
     std::size_t replayed = 0;
-    for (const std::string argument : std::vector<std::string>(arguments + 1, arguments + count)) {
-        for (const auto& path : inputs(argument)) {
+    for (int i = 1; i < count; ++i) {
+        for (const auto& path : inputs(arguments[i])) {
             if (!replay(path)) return 1;
             ++replayed;
         }
