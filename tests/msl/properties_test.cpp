@@ -57,6 +57,30 @@ RC_GTEST_PROP(Base64Property, BothWaysGiveTheBytes, (const std::string& bytes)) 
     RC_ASSERT(s == bytes);
 }
 
+// The plain form, which terminates, and the complement form, which leaves what stands behind.
+RC_GTEST_PROP(Base64Property, BothWaysWorkInPlaceInBothForms, (const std::string& bytes)) {
+    for (const bool terminated : {true, false}) {
+        const auto form = [terminated](std::size_t size) { return terminated ? size : ~size; };
+        std::string encoded = bytes;
+        stl_encode_base64(encoded);
+        std::string buffer = bytes;
+        buffer.resize(encoded.size() + 1, 'x');
+        buffer.back() = 'y';
+        RC_ASSERT(MBase64_Encode(buffer.data(), buffer.data(), form(bytes.size())) ==
+                  static_cast<long>(encoded.size()));
+        RC_ASSERT(buffer == encoded + (terminated ? '\0' : 'y'));
+        const std::size_t size = MBase64_DecodedSize(encoded.data(), form(encoded.size()));
+        RC_ASSERT(size == bytes.size() + (terminated ? 1 : 0));
+        buffer.back() = 'y';
+        RC_ASSERT(MBase64_Decode(buffer.data(), buffer.data(), form(encoded.size())) ==
+                  static_cast<long>(bytes.size()));
+        RC_ASSERT(buffer.substr(0, bytes.size()) == bytes);
+        if (terminated) RC_ASSERT(buffer[bytes.size()] == '\0');
+        RC_ASSERT(buffer.size() == encoded.size() + 1);
+        RC_ASSERT(buffer.back() == (terminated && bytes.empty() ? '\0' : 'y'));
+    }
+}
+
 RC_GTEST_PROP(Base64Property, AnyTextIsDecodedWithinBounds, ()) {
     std::string text = *texts("ABCDabcd0189+/==");
     std::string target(text.size() / 4 * 3 + 1, 'x');
@@ -81,19 +105,42 @@ RC_GTEST_PROP(QuoteProperty, UnquotingAnythingIsSafe, ()) {
     recording::reset();
 }
 
+// A text whose interesting part lies about the end of one of the reader's buffers.
+std::string text_over_a_buffers_end() {
+    const std::size_t buffers = *rc::gen::inRange<std::size_t>(1, 4);
+    const auto ahead = *rc::gen::inRange<std::size_t>(buffers * 8192 - 40, buffers * 8192 + 2);
+    return std::string(ahead, 'x') + *texts("\r\n\r\nab");
+}
+
 RC_GTEST_PROP(LineProperty, SplittingDoesNotDependOnWhereTheBufferEnds, ()) {
-    const std::string tail = *texts("\r\n\r\nab");
-    const auto ahead = *rc::gen::inRange<std::size_t>(8192 - 40, 8192 + 2);
-    const std::string text = std::string(ahead, 'x') + tail;
+    const std::string text = text_over_a_buffers_end();
     const TemporaryDirectory directory;
-    MFastFileReader reader(directory.file("file", text).c_str());
+    const std::string path = directory.file("file", text);
+    MFastFileReader reader(path.c_str());
+    MFastFileReader c_reader(path.c_str());
     std::vector<std::string> lines;
+    std::vector<std::string> c_lines;
     std::string line;
+    std::string buffer(text.size() + 2, ' ');
     while (!reader.IsEOF()) {
         RC_ASSERT(reader.ReadLine(line));
         lines.push_back(line);
+        const std::int64_t length = c_reader.ReadLine(buffer.data(), text.size() + 1);
+        RC_ASSERT(length >= 0);
+        c_lines.emplace_back(buffer.data(), static_cast<std::size_t>(length));
     }
+    RC_ASSERT(c_reader.IsEOF());
     RC_ASSERT(lines == lines_of(text));
+    RC_ASSERT(c_lines == lines);
+}
+
+RC_GTEST_PROP(LineProperty, CharactersDoNotDependOnWhereTheBufferEnds, ()) {
+    const std::string text = text_over_a_buffers_end();
+    const TemporaryDirectory directory;
+    MFastFileReader reader(directory.file("file", text).c_str());
+    std::string read;
+    for (char c = '?'; reader.ReadCharNL(c) == 1;) read += c;
+    RC_ASSERT(read == with_line_ends(text, "\n"));
 }
 
 RC_GTEST_PROP(LineProperty, WritingAndReadingLinesNormalisesThem, ()) {
@@ -142,26 +189,97 @@ RC_GTEST_PROP(IniProperty, LoadAndSaveKeepWhatTheyMust, ()) {
     RC_ASSERT(before == after);
 }
 
-// A file of well-formed lines, so that large ones can be parsed, too.
-RC_GTEST_PROP(IniProperty, WellFormedFilesAreParsed, ()) {
-    const auto value = texts(" =;[]\t\"x");
-    const std::size_t sections = *rc::gen::inRange<std::size_t>(0, 6);
-    std::string text;
-    for (std::size_t s = 0; s < sections; ++s) {
-        text += "[s" + std::to_string(9 - s) + "]\n; note\n";
-        const std::size_t entries = *rc::gen::inRange<std::size_t>(0, 6);
-        for (std::size_t e = 0; e < entries; ++e) {
-            std::string v = *value;
-            std::erase_if(v, [](char c) { return c == '\r' || c == '\n'; });
-            text += "  e" + std::to_string(e) + " =" + v + "\n";
+// Any bytes that can stand in one line.
+std::string line_text(const std::string& special) {
+    std::string text = *texts(special);
+    std::erase_if(text, [](char c) { return c == '\r' || c == '\n'; });
+    return text;
+}
+
+std::string blanks() { return *rc::gen::container<std::string>(rc::gen::elementOf(std::string(" \t"))); }
+
+std::string plain_line() {
+    const char comment = *rc::gen::elementOf(std::string("#*/;"));
+    switch (*rc::gen::inRange(0, 3)) {
+        case 0:
+            return blanks();
+        case 1:
+            return comment + line_text("[]=;");
+        default:
+            return blanks() + comment + line_text("[]=;");
+    }
+}
+
+// A file that can be parsed, with what stands in it.
+struct IniFile {
+    std::vector<std::string> lines;
+    std::map<std::string, std::map<std::string, std::string>> values;
+};
+
+void add_entry(IniFile& file, const std::string& section, std::size_t number) {
+    // Begins with a letter, and is another one each time.
+    std::string name = "e" + std::to_string(number) + line_text("[]; \t#");
+    std::erase(name, '=');
+    const std::string value = line_text(" =;[]\t\"#");
+    file.lines.push_back(blanks() + name + blanks() + "=" + value);
+    name.erase(name.find_last_not_of(" \t") + 1);
+    file.values[section][name] = value;
+}
+
+IniFile any_ini_file() {
+    IniFile file;
+    const auto some = [] { return *rc::gen::inRange<std::size_t>(0, 5); };
+    for (std::size_t i = some(); i > 0; --i) file.lines.push_back(plain_line());
+    for (std::size_t s = some(); s > 0; --s) {
+        std::string name = line_text("[ =;a") + std::to_string(s);
+        std::erase(name, ']');
+        file.lines.push_back("[" + name + "]" + *rc::gen::element<std::string>("", "]", " ; tail", "\t"));
+        file.values[name];
+        for (std::size_t i = some(); i > 0; --i) {
+            if (*rc::gen::arbitrary<bool>()) {
+                file.lines.push_back(plain_line());
+            } else {
+                add_entry(file, name, i);
+            }
         }
     }
+    return file;
+}
+
+std::string text_of(const IniFile& file) {
+    std::string text = *rc::gen::element<std::string>("", "\xEF\xBB\xBF");
+    for (const std::string& line : file.lines) {
+        text += line + *rc::gen::element<std::string>("\n", "\r", "\r\n");
+    }
+    if (!text.empty() && *rc::gen::arbitrary<bool>()) text += "; no end";
+    return text;
+}
+
+RC_GTEST_PROP(IniProperty, AnyParsableFileIsReadAndSavedAsTheTableSays, ()) {
+    const IniFile file = any_ini_file();
+    const std::string text = text_of(file);
+    const std::size_t mark = text.starts_with("\xEF\xBB\xBF") ? 3 : 0;
     const TemporaryDirectory directory;
-    MIniData ini(directory.file("x.ini", text));
-    RC_ASSERT(ini.IsOpen());
-    RC_ASSERT(ini.GetNumSections() == sections);
+    MIniData ini(*rc::gen::element(0U, 1U, 2U, 8U, 16U, 24U, 32U, 63U));
+    RC_ASSERT(ini.Open(directory.file("x.ini", text)));
+    RC_ASSERT(ini.GetNumSections() == file.values.size());
+    for (const auto& [section, values] : file.values) {
+        // The arguments of a query end at their first NUL.
+        if (section.find('\0') != section.npos) continue;
+        RC_ASSERT(ini.GetNumEntries(section.c_str()) == values.size());
+        for (const auto& [name, value] : values) {
+            std::string read;
+            if (name.find('\0') != name.npos) continue;
+            RC_ASSERT(ini.GetStringEntry(section.c_str(), name.c_str(), read));
+            RC_ASSERT(read == value);
+        }
+    }
     RC_ASSERT(ini.Save());
-    RC_ASSERT(directory.content("x.ini") == saved_form(lines_of(text)));
+    const std::string saved = directory.content("x.ini");
+    RC_ASSERT(saved == saved_form(lines_of(text.substr(mark))));
+    RC_ASSERT(ini.Reload());
+    RC_ASSERT(ini.Save());
+    RC_ASSERT(directory.content("x.ini") == saved);
 }
 
 // Any sequence of changes leaves the model and its text in step, under any flags.

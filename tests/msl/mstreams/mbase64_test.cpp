@@ -101,7 +101,9 @@ TEST_F(Base64Test, TheComplementFormDoesNot) {
 TEST_F(Base64Test, PaddingInAWrongPlace) {
     char target[8];
     EXPECT_EQ(2, MBase64_Decode(target, "ab=c", 4));
+    // One byte, and the NUL; two are written.
     EXPECT_EQ(1U, MBase64_DecodedSize("ab=c", ~std::size_t{4}));
+    EXPECT_EQ(2U, MBase64_DecodedSize("ab=c", 4));
     std::string s = "ab=c";
     EXPECT_TRUE(stl_decode_base64(s));
     EXPECT_EQ("i", s);
