@@ -1,10 +1,9 @@
-#include "command_line.h"
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
 #include <sstream>
 
+#include "command_line.h"
 #include "number_text.h"
 #include "verb_host.h"
 #include "verbs.h"
@@ -66,8 +65,10 @@ HostError mistake_of(const CLI::App& app, const CLI::ParseError& error) {
 
 void add_line_verbs(CLI::App& app, Program& program) {
     add_output_settings(app, program.settings);
-    for (const auto add : {add_info, add_axes, add_get, add_set, add_init, add_move, add_zero, add_home,
-                           add_circle, add_scan, add_events, add_session})
+    for (const auto add : {add_info,   add_axes,  add_get,          add_set,         add_init,   add_move,
+                           add_zero,   add_home,  add_circle,       add_scan,        add_events, add_session,
+                           add_probes, add_probe, add_probesystems, add_probesystem, add_keypad, add_spin,
+                           add_wobble, add_can,   add_raster,       add_components,  add_watch})
         add(app, program);
 }
 
@@ -91,7 +92,7 @@ ExitStatus run_and_tell(const Streams& streams, const std::function<void()>& run
         return ExitStatus::Done;
     } catch (const HostError& error) {
         streams.out.flush();
-        tell(streams, error.what(), error.way_out);
+        if (!error.is_told) tell(streams, error.what(), error.way_out);
         return error.status;
     } catch (const std::exception& error) {
         tell(streams, std::string("internal error: ") + error.what(), "");

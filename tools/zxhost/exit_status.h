@@ -19,8 +19,16 @@ struct HostError : std::runtime_error {
     HostError(ExitStatus status_, const std::string& text, std::string way_out_ = "")
         : std::runtime_error(text), status(status_), way_out(std::move(way_out_)) {}
 
+    // Nothing more is to be told: the results have said it.
+    static HostError told_already(ExitStatus status, const std::string& text) {
+        HostError error(status, text);
+        error.is_told = true;
+        return error;
+    }
+
     ExitStatus status;
     std::string way_out;
+    bool is_told = false;
 };
 
 }  // namespace zxhost

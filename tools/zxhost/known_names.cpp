@@ -6,6 +6,7 @@
 #include "exit_status.h"
 #include "mmachabstract.h"
 #include "number_text.h"
+#include "verb_host.h"
 
 namespace zxhost {
 namespace {
@@ -26,6 +27,21 @@ void check_known(const KnownNames& known, const std::vector<std::string>& names)
             throw HostError(ExitStatus::MachineError,
                             "no " + known.kind + " '" + printable(name) + "' on this machine",
                             way_out_text(known));
+}
+
+void run_known(VerbHost& host, const Action& action, const std::function<void()>& check) {
+    try {
+        host.run(action);
+    } catch (const HostError& refused) {
+        if (refused.status != ExitStatus::MachineError) throw;
+        try {
+            check();
+        } catch (const HostError& unknown) {
+            throw HostError(refused.status, refused.what(),
+                            std::string(unknown.what()) + "; " + unknown.way_out);
+        }
+        throw;
+    }
 }
 
 KnownNames known_axes(MMachAbstract& machine) {

@@ -2,12 +2,16 @@
 // does know.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 class MMachAbstract;
 
 namespace zxhost {
+
+struct Action;
+class VerbHost;
 
 // What a machine has of one kind.
 struct KnownNames {
@@ -18,6 +22,9 @@ struct KnownNames {
 
 // Throws HostError for the first name that isn't known: "no probe '7' on this machine", "it knows: 1, 2".
 void check_known(const KnownNames& known, const std::vector<std::string>& names);
+
+// Runs the action. If the machine refuses it and `check` finds a name that isn't known, that is the way out.
+void run_known(VerbHost& host, const Action& action, const std::function<void()>& check);
 
 // Each axis that the machine has, inactive ones too.
 KnownNames known_axes(MMachAbstract& machine);

@@ -60,6 +60,14 @@ void write_line(std::ostream& out, std::string line) {
 
 }  // namespace
 
+Json chosen_rows(const Json& rows, const std::string& key, const std::vector<std::string>& names) {
+    Json result = Json::array();
+    for (const Json& row : rows)
+        if (names.empty() || std::find(names.begin(), names.end(), row[key]) != names.end())
+            result.push_back(row);
+    return result;
+}
+
 void write_table(std::ostream& out, const std::vector<Column>& columns, const Json& rows) {
     std::vector<Cells> table;
     for (const Column& column : columns) table.push_back(cells_of(column, rows));

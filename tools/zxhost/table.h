@@ -16,6 +16,9 @@ struct Column {
     int decimals = 3;  // of numbers that are no whole numbers
 };
 
+// The rows whose value of this key is one of the names; without names, all.
+Json chosen_rows(const Json& rows, const std::string& key, const std::vector<std::string>& names);
+
 // `rows` is an array of objects. Numbers stand right, all else left; a missing value shows as "-".
 void write_table(std::ostream& out, const std::vector<Column>& columns, const Json& rows);
 

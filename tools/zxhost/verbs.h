@@ -30,5 +30,16 @@ void add_circle(CLI::App& app, Program& program);
 void add_scan(CLI::App& app, Program& program);
 void add_events(CLI::App& app, Program& program);
 void add_session(CLI::App& app, Program& program);
+void add_probes(CLI::App& app, Program& program);
+void add_probe(CLI::App& app, Program& program);
+void add_probesystems(CLI::App& app, Program& program);
+void add_probesystem(CLI::App& app, Program& program);
+void add_keypad(CLI::App& app, Program& program);
+void add_spin(CLI::App& app, Program& program);
+void add_wobble(CLI::App& app, Program& program);
+void add_can(CLI::App& app, Program& program);
+void add_raster(CLI::App& app, Program& program);
+void add_components(CLI::App& app, Program& program);
+void add_watch(CLI::App& app, Program& program);
 
 }  // namespace zxhost
