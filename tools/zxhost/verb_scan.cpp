@@ -6,6 +6,7 @@
 #include "circle_options.h"
 #include "mmachabstract.h"
 #include "number_text.h"
+#include "scan_results.h"
 #include "scan_run.h"
 #include "targets.h"
 #include "verb_host.h"
@@ -19,13 +20,14 @@ struct ScanOptions {
     CircleOptions circle;
     std::vector<std::string> data{"x", "y", "z", "time"};
     std::string csv;
+    ScanResults results;
 };
 
 // Keeps the points for the table, or writes them to the file as they come.
 class PointStore {
 public:
     PointStore(VerbHost& host, const ScanOptions& options, const std::string& what) {
-        if (options.csv.empty()) return;
+        if (options.csv.empty() || host.settings().rehearsal) return;
         m_file.emplace(options.csv, ScanHeader{machine_text(host.machine()),
                                                probe_text(host.machine()),
                                                time_text(),
@@ -48,10 +50,9 @@ public:
             scan();
     }
 
-    void show(VerbHost& host, const std::vector<std::string>& names) {
+    void show(VerbHost& host, const std::vector<std::string>& names, const ScanResults& results) {
         if (m_file) {
-            host.show({{"points", "points"}, {"file", "file"}},
-                      Json::array({{{"points", m_file->points()}, {"file", m_file->file()}}}));
+            show_file(host, make_results(m_file->file(), results, host.err()));
         } else if (host.wants_json()) {
             Json units = Json::array();
             for (const std::string& name : names) units.push_back(unit_of(name));
@@ -62,6 +63,15 @@ public:
     }
 
 private:
+    void show_file(VerbHost& host, const Json& results) {
+        Json row{{"points", m_file->points()}, {"file", m_file->file()}};
+        if (host.wants_json()) row.update(results);
+        host.show({{"points", "points"}, {"file", "file"}}, Json::array({row}));
+        if (host.wants_json() || (results["files"].empty() && !results.contains("fit"))) return;
+        host.out() << "\n";
+        write_results(host.out(), results);
+    }
+
     static std::vector<Column> columns(const std::vector<std::string>& names) {
         std::vector<Column> result{{"point", "point"}};
         for (const std::string& name : names) {
@@ -90,7 +100,7 @@ void scan(VerbHost& host, const ScanOptions& options, const HostLoop::MakeComman
     select_scan_data(host, options.data);
     PointStore store(host, options, name);
     store.fill([&] { run_scan<Scan>(host, name, make, store.sink()); });
-    store.show(host, options.data);
+    store.show(host, options.data, options.results);
 }
 
 void scan_line(const Program& program, const Streams& streams, const ScanOptions& options) {
@@ -118,7 +128,12 @@ void add_output_options(CLI::App& verb, ScanOptions& options) {
     verb.add_option("--data", options.data, "what each point holds: axis names, time, deflection")
         ->delimiter(',')
         ->capture_default_str();
-    verb.add_option("--csv", options.csv, "write the points to this file as they arrive");
+    CLI::Option* const csv =
+        verb.add_option("--csv", options.csv, "write the points to this scan file as they arrive");
+    add_export_options(verb, options.results);
+    add_picture_options(verb, options.results);
+    for (const char* name : {"--ply", "--xyz", "--picture", "--fit", "--deviations", "--axes"})
+        verb.get_option(name)->needs(csv);
 }
 
 }  // namespace
@@ -143,8 +158,9 @@ void add_scan(CLI::App& app, Program& program) {
             scan_circle(program, streams, *options);
         };
     });
-    verb->callback([&program, options, circle] {
-        if (circle->parsed()) return;
+    add_scan_files(*verb, program);
+    verb->callback([&program, options, verb] {
+        if (!verb->get_subcommands().empty()) return;
         if (options->targets.empty()) throw CLI::RequiredError("TARGET");
         program.verb = [&program, options](const Streams& streams) { scan_line(program, streams, *options); };
     });

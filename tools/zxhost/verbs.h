@@ -28,8 +28,11 @@ void add_zero(CLI::App& app, Program& program);
 void add_home(CLI::App& app, Program& program);
 void add_circle(CLI::App& app, Program& program);
 void add_scan(CLI::App& app, Program& program);
+void add_scan_files(CLI::App& scan, Program& program);  // its parts that read a file
 void add_events(CLI::App& app, Program& program);
 void add_session(CLI::App& app, Program& program);
+void add_run(CLI::App& app, Program& program);
+void add_shell(CLI::App& app, Program& program);
 void add_probes(CLI::App& app, Program& program);
 void add_probe(CLI::App& app, Program& program);
 void add_probesystems(CLI::App& app, Program& program);
@@ -41,5 +44,10 @@ void add_can(CLI::App& app, Program& program);
 void add_raster(CLI::App& app, Program& program);
 void add_components(CLI::App& app, Program& program);
 void add_watch(CLI::App& app, Program& program);
+
+
+// These look at what stands before an open machine.
+void add_config(CLI::App& app, Program& program);
+void add_doctor(CLI::App& app, Program& program);
 
 }  // namespace zxhost

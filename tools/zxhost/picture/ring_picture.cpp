@@ -3,12 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <numbers>
 
 #include "number_text.h"
+#include "svg.h"
 
 namespace zxhost {
 namespace {
@@ -23,50 +23,23 @@ constexpr double deviation_room = 75.0;
 constexpr double dial_radius = 312.0;  // where the angles stand
 constexpr double panel_x = 780.0;
 
-constexpr std::string_view ink = "#1f2933";
-constexpr std::string_view faint = "#7b8794";
-constexpr std::string_view grid = "#d9dee4";
-constexpr std::string_view curve = "#1560bd";
-constexpr std::string_view known = "#d9730d";
-
-struct Point {
-    double x, y;
-};
-
-// The largest of 1, 1.5, 2, 2.5, 3, 4, 5, 6, 8 times a power of ten that isn't above `limit`.
-double round_down(double limit) {
-    constexpr std::array steps{8.0, 6.0, 5.0, 4.0, 3.0, 2.5, 2.0, 1.5, 1.0};
-    const double power = std::pow(10.0, std::floor(std::log10(limit)));
-    for (const double step : steps)
-        if (step * power <= limit * (1.0 + 1e-12)) return step * power;
-    return power;
-}
-
-std::string escaped(const std::string& text) {
-    std::string out;
-    for (const char c : printable(text)) {
-        if (c == '&')
-            out += "&amp;";
-        else if (c == '<')
-            out += "&lt;";
-        else if (c == '"')
-            out += "&quot;";
-        else
-            out += c;
-    }
-    return out;
-}
+using svg::curve;
+using svg::faint;
+using svg::grid;
+using svg::halo;
+using svg::ink;
+using svg::known;
+using Point = SvgPoint;
 
 class Drawing {
 public:
     Drawing(std::ostream& out, const RingPicture& picture)
-        : m_out(out),
+        : m_svg(out, picture_width, picture_height, picture.title),
           m_picture(picture),
           m_ring_scale(ring_radius / picture.fit.radius),
           m_deviation_scale(m_ring_scale * ring_magnification(picture.fit)) {}
 
     void write() {
-        frame();
         title();
         rings();
         axes();
@@ -78,7 +51,6 @@ public:
         scales();
         numbers();
         legend();
-        m_out << "</svg>\n";
     }
 
 private:
@@ -92,31 +64,14 @@ private:
     }
 
     void line(Point a, Point b, std::string_view colour, double width, std::string_view more = "") {
-        m_out << fmt::format(
-            "<line x1=\"{:.2f}\" y1=\"{:.2f}\" x2=\"{:.2f}\" y2=\"{:.2f}\" stroke=\"{}\" "
-            "stroke-width=\"{}\"{}/>\n",
-            a.x, a.y, b.x, b.y, colour, width, more);
+        m_svg.line(a, b, colour, width, more);
     }
     void circle(double radius, std::string_view colour, double width, std::string_view more = "") {
-        m_out << fmt::format(
-            "<circle cx=\"{}\" cy=\"{}\" r=\"{:.2f}\" fill=\"none\" stroke=\"{}\" "
-            "stroke-width=\"{}\"{}/>\n",
-            middle_x, middle_y, radius, colour, width, more);
+        m_svg.circle({middle_x, middle_y}, radius, colour, width, more);
     }
     void text(Point p, std::string_view anchor, double size, std::string_view colour, const std::string& what,
               std::string_view more = "") {
-        m_out << fmt::format(
-            "<text x=\"{:.1f}\" y=\"{:.1f}\" text-anchor=\"{}\" font-size=\"{}\" fill=\"{}\"{}>{}</text>\n",
-            p.x, p.y, anchor, size, colour, more, escaped(what));
-    }
-
-    void frame() {
-        m_out << fmt::format(
-            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\" "
-            "font-family=\"DejaVu Sans, Segoe UI, Helvetica, Arial, sans-serif\">\n"
-            "<title>{2}</title>\n"
-            "<rect width=\"{0}\" height=\"{1}\" fill=\"#ffffff\"/>\n",
-            picture_width, picture_height, escaped(m_picture.title));
+        m_svg.text(p, anchor, size, colour, what, more);
     }
 
     void title() {
@@ -164,23 +119,17 @@ private:
             const Point p = at(angle, dial_radius + 8);
             text({p.x, p.y + 4}, "middle", 11, faint, fmt::format("{}°", degrees));
         }
-        arrow(0.0, "x [mm]");
-        arrow(std::numbers::pi / 2.0, "y [mm]");
+        arrow(0.0, m_picture.axes[0]);
+        arrow(std::numbers::pi / 2.0, m_picture.axes[1]);
     }
 
     void arrow(double angle, const std::string& name) {
         const double tip = dial_radius + 4;
         line(at(angle + std::numbers::pi, tip), at(angle, tip), "#a4aeb9", 1);
         const Point a = at(angle, tip + 8), b = at(angle + 0.016, tip - 4), c = at(angle - 0.016, tip - 4);
-        m_out << fmt::format(
-            "<path d=\"M{:.1f} {:.1f} L{:.1f} {:.1f} L{:.1f} {:.1f} Z\" fill=\"#a4aeb9\"/>\n", a.x, a.y, b.x,
-            b.y, c.x, c.y);
+        m_svg.path(path_to(a, true) + path_to(b, false) + path_to(c, false) + "Z", " fill=\"#a4aeb9\"");
         const bool along_x = angle == 0.0;
         text({a.x + (along_x ? 4.0 : 10.0), a.y + (along_x ? 4.0 : 6.0)}, "start", 12, ink, name);
-    }
-
-    std::string path_to(Point p, bool first) const {
-        return fmt::format("{}{:.2f} {:.2f}", first ? "M" : "L", p.x, p.y);
     }
 
     void known_form() {
@@ -189,8 +138,7 @@ private:
             const double angle = i * std::numbers::pi / 360.0;
             path += path_to(at(angle, drawn_radius(m_picture.known_deviation(angle))), i == 0);
         }
-        m_out << fmt::format("<path d=\"{}Z\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.6\"/>\n", path,
-                             known);
+        m_svg.path(path + "Z", fmt::format(" fill=\"none\" stroke=\"{}\" stroke-width=\"1.6\"", known));
     }
 
     // No two neighbours further apart than a few degrees: the ring was measured all round.
@@ -226,15 +174,15 @@ private:
             path += path_to(at(angle_of(i), drawn_radius(m_picture.fit.deviations[i])), path.empty());
         if (is_closed()) {
             path += "Z";
-            m_out << fmt::format(
-                "<path fill-rule=\"evenodd\" fill=\"{0}\" fill-opacity=\"0.14\" "
-                "d=\"{1}M{2} {3}a{4} {4} 0 1 0 {5} 0a{4} {4} 0 1 0 {6} 0Z\"/>\n",
-                curve, path, middle_x - ring_radius, middle_y, ring_radius, 2 * ring_radius,
-                -2 * ring_radius);
+            const std::string ring =
+                fmt::format("M{0} {1}a{2} {2} 0 1 0 {3} 0a{2} {2} 0 1 0 {4} 0Z", middle_x - ring_radius,
+                            middle_y, ring_radius, 2 * ring_radius, -2 * ring_radius);
+            m_svg.path(path + ring,
+                       fmt::format(" fill-rule=\"evenodd\" fill=\"{}\" fill-opacity=\"0.14\"", curve));
         }
-        m_out << fmt::format(
-            "<path d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.1\" stroke-linejoin=\"round\"/>\n",
-            path, curve);
+        m_svg.path(path, fmt::format(" fill=\"none\" stroke=\"{}\" stroke-width=\"1.1\" "
+                                     "stroke-linejoin=\"round\"",
+                                     curve));
     }
 
     void extremes() {
@@ -251,8 +199,7 @@ private:
         const Point p = at(angle, drawn_radius(deviation));
         const double distance = side * (18.0 + 24.0 * std::abs(std::cos(angle)));
         const Point label = at(angle, drawn_radius(deviation) + distance);
-        m_out << fmt::format("<circle cx=\"{:.2f}\" cy=\"{:.2f}\" r=\"3.6\" fill=\"{}\"/>\n", p.x, p.y,
-                             curve);
+        m_svg.disc(p, 3.6, curve);
         text({label.x, label.y + 4}, "middle", 12, curve, fmt::format("{:+.2f} µm", deviation * 1000.0),
              " font-weight=\"bold\" stroke=\"#ffffff\" stroke-width=\"5\" paint-order=\"stroke\"");
     }
@@ -262,9 +209,13 @@ private:
         line({middle_x, middle_y - 9}, {middle_x, middle_y + 9}, ink, 1.6);
         circle(4, ink, 1.2);
         const PlanePoint& at_centre = m_picture.fit.centre;
-        const std::string_view halo = " stroke=\"#ffffff\" stroke-width=\"5\" paint-order=\"stroke\"";
-        text({middle_x, middle_y + 30}, "middle", 12, ink, "x " + fixed_text(at_centre.x, 4) + " mm", halo);
-        text({middle_x, middle_y + 47}, "middle", 12, ink, "y " + fixed_text(at_centre.y, 4) + " mm", halo);
+        text({middle_x, middle_y + 30}, "middle", 12, ink, centre_text(0, at_centre.x), halo);
+        text({middle_x, middle_y + 47}, "middle", 12, ink, centre_text(1, at_centre.y), halo);
+    }
+
+    std::string centre_text(std::size_t axis, double value) const {
+        const std::string& label = m_picture.axes[axis];
+        return label.substr(0, label.find(" [")) + " " + fixed_text(value, 4) + " mm";
     }
 
     // A bar for the size of the ring and one for the deviations.
@@ -311,7 +262,7 @@ private:
         entry(curve, 1, " stroke-dasharray=\"3 4\"", "highest and lowest point");
     }
 
-    std::ostream& m_out;
+    SvgWriter m_svg;
     const RingPicture& m_picture;
     const double m_ring_scale;       // pixels per mm of the ring
     const double m_deviation_scale;  // pixels per mm of deviation

@@ -1,6 +1,7 @@
 // A ring's deviation from round as an SVG picture: the fitted circle, the deviation enlarged about it.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -16,7 +17,8 @@ struct RingPicture {
     std::string subtitle;            // machine and time
     std::vector<PlanePoint> points;  // mm, in the order of measuring
     RingFit fit;
-    std::function<double(double)> known_deviation;             // angle in radians to mm; may be empty
+    std::function<double(double)> known_deviation;  // angle in radians to mm; may be empty
+    std::array<std::string, 2> axes{"x [mm]", "y [mm]"};
     std::vector<std::pair<std::string, std::string>> numbers;  // name and value, shown beside the ring
 };
 
