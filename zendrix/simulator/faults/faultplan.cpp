@@ -6,12 +6,13 @@
 #include <utility>
 
 #include "numbers.h"
+#include "protocol/requests.h"
 
 namespace zendrix::sim {
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Fault>, 13> fault_names{{
+constexpr std::array<std::pair<std::string_view, Fault>, 15> fault_names{{
     {"close", Fault::close},
     {"reset", Fault::reset},
     {"silent", Fault::silent},
@@ -23,14 +24,17 @@ constexpr std::array<std::pair<std::string_view, Fault>, 13> fault_names{{
     {"gap", Fault::gap},
     {"double", Fault::twice},
     {"slow", Fault::slow},
+    {"refuse", Fault::refuse},
+    {"cut", Fault::cut},
     {"capabilities", Fault::capabilities},
     {"emergency", Fault::emergency},
 }};
 
-constexpr std::array<std::pair<std::string_view, Place>, 3> place_names{{
+constexpr std::array<std::pair<std::string_view, Place>, 4> place_names{{
     {"connect", Place::connect},
     {"request", Place::request},
     {"point", Place::point},
+    {"record", Place::record},
 }};
 
 template <class Names>
@@ -59,6 +63,14 @@ std::string_view split_off(std::string_view& text, char mark) {
     return rest;
 }
 
+bool is_at_request(const PlannedFault& fault) {
+    return fault.place == Place::request || fault.place == Place::words;
+}
+
+bool is_at_values(const PlannedFault& fault) {
+    return fault.place == Place::point || fault.place == Place::record;
+}
+
 bool is_due(const PlannedFault& fault, std::int64_t number) {
     if (number <= fault.number || fault.every == 0) return number == fault.number;
     return (number - fault.number) % fault.every == 0;
@@ -77,7 +89,12 @@ void FaultPlan::add(const std::string& text) {
     const std::string_view every = split_off(number, '+');
     PlannedFault fault;
     fault.fault = by_name(fault_names, name, text, "fault");
-    fault.place = by_name(place_names, place, text, "place");
+    if (request_of(place) != nullptr) {
+        fault.place = Place::words;
+        fault.words = place;
+    } else {
+        fault.place = by_name(place_names, place, text, "place");
+    }
     fault.number = positive(number, text, "the count");
     if (!every.empty()) fault.every = positive(every, text, "the interval");
     if (!value.empty()) fault.value = positive(value, text, "the value");
@@ -85,20 +102,41 @@ void FaultPlan::add(const std::string& text) {
         throw std::invalid_argument("fault \"" + text +
                                     "\": a value in ms belongs to slow, as in slow=50@...");
     }
+    if (fault.fault == Fault::refuse && !is_at_request(fault)) {
+        throw std::invalid_argument("fault \"" + text + "\": only a request can be refused");
+    }
+    if (fault.fault == Fault::cut && !is_at_values(fault)) {
+        throw std::invalid_argument("fault \"" + text + "\": only a point or a record can be cut");
+    }
+    fault.number += counter(fault.place, fault.words);
     m_faults.push_back(fault);
     if (fault.place == Place::point) m_next_point = std::min(m_next_point, fault.number);
 }
 
-std::vector<PlannedFault> FaultPlan::due(Place place, std::int64_t number) const {
-    std::vector<PlannedFault> result;
-    for (const PlannedFault& fault : m_faults) {
-        if (fault.place == place && is_due(fault, number)) result.push_back(fault);
+std::int64_t& FaultPlan::counter(Place place, std::string_view words) {
+    switch (place) {
+        case Place::connect:
+            return m_connects;
+        case Place::point:
+            return m_points;
+        case Place::record:
+            return m_records;
+        case Place::words:
+            return m_words[std::string(words)];
+        case Place::request:
+            break;
     }
-    return result;
+    return m_requests;
 }
 
-std::vector<PlannedFault> FaultPlan::count(Place place) {
-    return due(place, place == Place::connect ? ++m_connects : ++m_requests);
+std::vector<PlannedFault> FaultPlan::count(Place place, std::string_view words) {
+    std::vector<PlannedFault> result;
+    if (place == Place::words && !m_words.contains(words)) return result;  // nothing was ever planned there
+    const std::int64_t number = ++counter(place, words);
+    for (const PlannedFault& fault : m_faults) {
+        if (fault.place == place && fault.words == words && is_due(fault, number)) result.push_back(fault);
+    }
+    return result;
 }
 
 std::vector<PlannedFault> FaultPlan::at_point() {
@@ -110,7 +148,11 @@ std::vector<PlannedFault> FaultPlan::at_point() {
         if (m_points >= next) next += ((m_points - next) / fault.every + 1) * fault.every;
         m_next_point = std::min(m_next_point, next);
     }
-    return due(Place::point, m_points);
+    std::vector<PlannedFault> result;
+    for (const PlannedFault& fault : m_faults) {
+        if (fault.place == Place::point && is_due(fault, m_points)) result.push_back(fault);
+    }
+    return result;
 }
 
 }  // namespace zendrix::sim

@@ -20,6 +20,14 @@ void cut_in_half(std::string& out, std::size_t begin) {
     if (end != std::string::npos) out.resize(begin + (end - begin) / 2);
 }
 
+// The last value of the first line goes, with the blank before it.
+void cut_last_value(std::string& out, std::size_t begin) {
+    const std::size_t end = out.find('\r', begin);
+    const std::size_t blank = out.rfind(' ', end);
+    if (end != std::string::npos && blank != std::string::npos && blank > begin)
+        out.erase(blank, end - blank);
+}
+
 std::string early_ready(std::int64_t id) {
     std::string line;
     wire::append_ready(line, id);
@@ -67,6 +75,11 @@ void misbehave(const PlannedFault& fault, Transport& transport, std::size_t begi
             break;
         case Fault::slow:
             transport.hold(std::chrono::milliseconds(fault.value));
+            break;
+        case Fault::refuse:  // was done in place of carrying it out
+            break;
+        case Fault::cut:
+            cut_last_value(out, begin);
             break;
         case Fault::capabilities:
             hub.raise(Event::capabilities_changed);

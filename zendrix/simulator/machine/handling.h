@@ -1,6 +1,7 @@
 // Something that takes time but moves no axis: the change of a probe, say.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <utility>
@@ -22,11 +23,11 @@ public:
     bool advance(double seconds) {
         for (; m_next < m_steps.size(); ++m_next) {
             Step& step = m_steps[m_next];
-            if (seconds < step.seconds) {
+            if (seconds < step.seconds - rounding) {
                 step.seconds -= seconds;
                 return false;
             }
-            seconds -= step.seconds;
+            seconds = std::max(0.0, seconds - step.seconds);
             step.effect();
         }
         return true;
@@ -43,6 +44,9 @@ public:
     void stop() { m_next = m_steps.size(); }
 
 private:
+    // What the clock's additions may cost; a rest below it would never pass.
+    static constexpr double rounding = 1e-9;
+
     std::vector<Step> m_steps;
     std::size_t m_next = 0;
 };

@@ -36,7 +36,7 @@ void Conversation::greet() {
 }
 
 void Conversation::request(std::string_view line) {
-    const std::vector<PlannedFault> faults = m_hub.faults().count(Place::request);
+    m_faults = m_hub.faults().count(Place::request);
     m_hub.advance();  // what comes before this request is told before its answer
     const std::size_t begin = m_transport.out().size();
     std::int64_t id = 0;
@@ -49,7 +49,7 @@ void Conversation::request(std::string_view line) {
     } else {
         answer(id, rest);
     }
-    for (const PlannedFault& fault : faults) misbehave(fault, m_transport, begin, id, m_hub);
+    for (const PlannedFault& fault : m_faults) misbehave(fault, m_transport, begin, id, m_hub);
     m_transport.sent();
 }
 
@@ -75,6 +75,7 @@ void Conversation::answer(std::int64_t id, std::string_view rest) {
 void Conversation::carry_out(std::string_view rest) {
     wire::TokenReader arguments(rest);
     const Request& request = find_request(arguments, machine());
+    meet_faults(request.words);
     const bool is_query = request.kind == Request::Kind::query || request.kind == Request::Kind::unbuilt;
     if (!is_query && m_hub.is_locked_against(*this)) throw Refused{Error::wrong_state};
     if (m_open.size() >= max_open) throw Refused{Error::buffer_overrun};
@@ -84,6 +85,15 @@ void Conversation::carry_out(std::string_view rest) {
     if (outcome == Outcome::done) return ready(m_id);
     m_open.insert(m_id);
     m_hub.set_owner(*this, m_id);
+}
+
+// What is planned for a request with these words; it may be that it isn't carried out at all.
+void Conversation::meet_faults(std::string_view words) {
+    const std::vector<PlannedFault> more = m_hub.faults().count(Place::words, words);
+    m_faults.insert(m_faults.end(), more.begin(), more.end());
+    for (const PlannedFault& fault : m_faults) {
+        if (fault.fault == Fault::refuse) throw Refused{Error::internal_error};
+    }
 }
 
 void Conversation::error(std::int64_t id, Error error) {
@@ -134,9 +144,13 @@ void Conversation::send_watch() {
     if (m_watch_id == 0 || is_congested()) return;
     m_hub.advance();
     std::string& out = m_transport.out();
+    const std::size_t begin = out.size();
     wire::append_watch(out, m_watch_id);
     for (const std::string& axis : m_watched) append_number(out, machine().value(axis));
     wire::append_end(out);
+    for (const PlannedFault& fault : m_hub.faults().count(Place::record)) {
+        misbehave(fault, m_transport, begin, m_watch_id, m_hub);
+    }
     m_transport.sent();
 }
 

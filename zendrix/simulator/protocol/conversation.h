@@ -119,6 +119,7 @@ public:
 private:
     void answer(std::int64_t id, std::string_view rest);
     void carry_out(std::string_view rest);
+    void meet_faults(std::string_view words);
     void error(std::int64_t id, Error error);
     void ready(std::int64_t id);
 
@@ -131,8 +132,9 @@ private:
     Hub& m_hub;
     Transport& m_transport;
     bool m_is_master = false;
-    std::int64_t m_id = 0;          // of the request that is being carried out
-    std::set<std::int64_t> m_open;  // begun or waiting, and not yet ended
+    std::int64_t m_id = 0;               // of the request that is being carried out
+    std::set<std::int64_t> m_open;       // begun or waiting, and not yet ended
+    std::vector<PlannedFault> m_faults;  // of the request that is being carried out
     std::int64_t m_watch_id = 0;
     std::vector<std::string> m_watched;
 };

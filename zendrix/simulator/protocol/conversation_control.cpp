@@ -1,5 +1,6 @@
 // `sim ...`: what somebody who stands at the machine does to it, and what he sees there.
 #include <array>
+#include <stdexcept>
 #include <string_view>
 
 #include "messagecatalogue.h"
@@ -14,6 +15,7 @@ namespace zendrix::sim {
 namespace {
 
 constexpr int last_event = 96;
+constexpr std::size_t max_faults = 1000;
 
 // The number of the event with this text; 0 if the catalogue has none.
 int event_number(const std::string& text) {
@@ -61,6 +63,16 @@ std::string command_words(Arguments& arguments) {
     return words;
 }
 
+void plan_fault(Hub& hub, Arguments& arguments) {
+    const std::string fault = only_text(arguments);
+    if (hub.faults().size() >= max_faults) throw Refused{Error::buffer_overrun};
+    try {
+        hub.faults().add(fault);
+    } catch (const std::invalid_argument&) {
+        throw Refused{Error::invalid_argument};
+    }
+}
+
 struct Control {
     std::string_view word;
     void (*act)(Hub& hub, Arguments& arguments);
@@ -79,6 +91,7 @@ constexpr std::array controls{
             [](Hub& hub, Arguments& arguments) { hub.machine().restore(command_words(arguments)); }},
     Control{"changer",
             [](Hub& hub, Arguments& arguments) { hub.machine().fit_changer(only_flag(arguments)); }},
+    Control{"fault", plan_fault},
     Control{"place", [](Hub& hub, Arguments& arguments) { hub.machine().place(all_targets(arguments)); }},
 };
 

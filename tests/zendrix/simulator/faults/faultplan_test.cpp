@@ -41,6 +41,28 @@ TEST(FaultPlan, AgainAndAgain) {
     EXPECT_EQ(at_points(plan({"gap@point:1+1"}), 3), (std::vector{1, 2, 3}));
 }
 
+TEST(FaultPlan, WordsOfARequestAreAPlace) {
+    FaultPlan faults = plan({"refuse@keypad list:2+2", "close@ping:1"});
+    std::vector<int> refused;
+    for (int request = 1; request <= 5; ++request) {
+        if (!faults.count(Place::words, "keypad list").empty()) refused.push_back(request);
+    }
+    EXPECT_EQ(refused, (std::vector{2, 4}));
+    EXPECT_TRUE(faults.count(Place::request).empty());
+    EXPECT_TRUE(faults.count(Place::words, "get").empty());
+    ASSERT_EQ(faults.count(Place::words, "ping").size(), 1u);
+    EXPECT_TRUE(faults.count(Place::words, "ping").empty());
+}
+
+TEST(FaultPlan, CountsFromWhenItWasPlanned) {
+    FaultPlan faults;
+    for (int request = 0; request < 10; ++request) EXPECT_TRUE(faults.count(Place::request).empty());
+    faults.add("gap@request:2");
+    EXPECT_TRUE(faults.count(Place::request).empty());
+    EXPECT_EQ(faults.count(Place::request).size(), 1u);
+    EXPECT_TRUE(faults.count(Place::request).empty());
+}
+
 TEST(FaultPlan, SaysWhatIsWrong) {
     const struct {
         const char* text;
@@ -52,13 +74,16 @@ TEST(FaultPlan, SaysWhatIsWrong) {
         {"close@request:", "fault \"close@request:\" is not of the form NAME@PLACE:N"},
         {"cloze@request:1",
          "fault \"cloze@request:1\": unknown fault \"cloze\"; there are close reset silent half-line garbage "
-         "long-line unknown-id early-ready gap double slow capabilities emergency"},
-        {"close@line:1", "fault \"close@line:1\": unknown place \"line\"; there are connect request point"},
+         "long-line unknown-id early-ready gap double slow refuse cut capabilities emergency"},
+        {"close@line:1",
+         "fault \"close@line:1\": unknown place \"line\"; there are connect request point record"},
         {"close@request:0", "fault \"close@request:0\": the count must be a whole number from 1 on"},
         {"close@request:x", "fault \"close@request:x\": the count must be a whole number from 1 on"},
         {"close@request:1+0", "fault \"close@request:1+0\": the interval must be a whole number from 1 on"},
         {"slow=x@request:1", "fault \"slow=x@request:1\": the value must be a whole number from 1 on"},
         {"slow@request:1", "fault \"slow@request:1\": a value in ms belongs to slow, as in slow=50@..."},
+        {"refuse@point:1", "fault \"refuse@point:1\": only a request can be refused"},
+        {"cut@request:1", "fault \"cut@request:1\": only a point or a record can be cut"},
         {"close=5@request:1",
          "fault \"close=5@request:1\": a value in ms belongs to slow, as in slow=50@..."},
     };

@@ -81,6 +81,26 @@ TEST(Misbehave, OnAPoint) {
         std::string::npos);
 }
 
+TEST(Misbehave, ARefusedRequestIsNotCarriedOut) {
+    Rig rig(plain_machine(), one("refuse@move:2"));
+    EXPECT_EQ(rig.client.ask("0001\tmove \"x\"=1"), "0001\taccepted\r\n");
+    rig.pass(10.0);
+    rig.client.take();
+    EXPECT_EQ(rig.client.ask("0002\tmove \"x\"=2"), "0002\terror \"internal error\"\r\n0002\tready\r\n");
+    rig.pass(10.0);
+    EXPECT_EQ(rig.client.ask("0003\tget \"x\""), "0003\tdata 1\r\n0003\tready\r\n");
+    EXPECT_EQ(rig.client.ask("0004\tmove \"x\"=2"), "0004\taccepted\r\n");
+}
+
+TEST(Misbehave, AWatchLineIsCut) {
+    Rig rig(plain_machine(), one("cut@record:2"));
+    rig.client.ask("0001\twatch 10 50 \"x\" \"y\" \"speed\"");
+    for (const char* line : {"0001\twatch 0 0 10\r\n", "0001\twatch 0 0\r\n", "0001\twatch 0 0 10\r\n"}) {
+        rig.client.conversation->send_watch();
+        EXPECT_EQ(rig.client.take(), line);
+    }
+}
+
 TEST(Misbehave, EmergencyInTheMiddleOfAScan) {
     Rig rig(plain_machine(), one("emergency@point:2"));
     rig.client.ask("0001\tmaster");

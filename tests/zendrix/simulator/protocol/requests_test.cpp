@@ -210,7 +210,8 @@ TEST(Requests, RichMachineAnswersItsLists) {
     const std::string all = rig.client.ask("0001\tcapabilities all");
     EXPECT_NE(all.find("0001\tdata \"ka\" 2 0 270 0 60 120 0 0 90 180 270\r\n"), std::string::npos);
     EXPECT_NE(all.find("0001\tdata \"hc\" 4 "), std::string::npos);
-    EXPECT_NE(all.find("0001\tdata \"probe\" 3 0 64 1 0 0 1\r\n0001\tdata \"tip\" 3 0 8 1 0 0 1\r\n"), std::string::npos);
+    EXPECT_NE(all.find("0001\tdata \"probe\" 3 0 64 1 0 0 1\r\n0001\tdata \"tip\" 3 0 8 1 0 0 1\r\n"),
+              std::string::npos);
     EXPECT_EQ(rig.client.ask("0001\tcapabilities").find("\"probe\""), std::string::npos);
 }
 
