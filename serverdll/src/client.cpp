@@ -100,8 +100,8 @@ bool CZendrixCOM::Client::transaction(wire::RequestWriter& request, long* tid, R
     return report(exchange);
 }
 
-bool CZendrixCOM::Client::watch(wire::RequestWriter& request, bool on) {
-    if (m_connection != nullptr) m_connection->ask_watch(static_cast<long>(request.id()), on);
+bool CZendrixCOM::Client::watch(wire::RequestWriter& request, std::size_t axes) {
+    if (m_connection != nullptr) m_connection->ask_watch(static_cast<long>(request.id()), axes);
     return query(request);
 }
 

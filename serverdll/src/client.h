@@ -42,8 +42,8 @@ public:
     // Sends, and waits for the acceptance or, in mode ZX_SYNC, for the end.
     bool transaction(wire::RequestWriter& request, long* tid,
                      serverdll::RequestKind kind = serverdll::RequestKind::transaction);
-    // A query whose answers to come are `watch` lines, or none with `on` false.
-    bool watch(wire::RequestWriter& request, bool on);
+    // A query whose answers to come are `watch` lines about that many axes; none: their end.
+    bool watch(wire::RequestWriter& request, std::size_t axes);
 
     // The same in the shapes that most operations have. Outputs are written on success only.
     bool ask(std::string_view words);

@@ -31,7 +31,7 @@ public:
     void perform(wire::RequestWriter& request, Exchange& exchange);
 
     // As of LineRouter.
-    void ask_watch(long id, bool on) noexcept { m_router.ask_watch(id, on); }
+    void ask_watch(long id, std::size_t axes) noexcept { m_router.ask_watch(id, axes); }
 
 private:
     void send(std::string_view line);

@@ -112,14 +112,14 @@ bool CZendrixCOM::GetWobble(double* p1, double* p2, double* p3, double* p4, doub
 bool CZendrixCOM::WatchAxisRT(long interval, long second, std::vector<std::string>& axes) {
     wire::RequestWriter request = m_client->request("watch");
     request.integer(interval).integer(second) << axes;
-    return m_client->watch(request, !axes.empty());
+    return m_client->watch(request, axes.size());
 }
 
 bool CZendrixCOM::WatchAxisRT(long interval, long second, std::size_t count, const char** axes) {
     wire::RequestWriter request = m_client->request("watch");
     request.integer(interval).integer(second);
     if (!serverdll::add_names(request, count, axes)) return m_client->refuse(bad_argument);
-    return m_client->watch(request, count > 0);
+    return m_client->watch(request, count);
 }
 
 bool CZendrixCOM::GetProbesystemList(std::vector<std::string>& names, const char* name) {
@@ -133,9 +133,11 @@ bool CZendrixCOM::GetProbesystemList(std::vector<CProbesystemList>& records, con
     std::vector<CProbesystemList> read;
     const bool done = m_client->query_lines(request, [&read](std::string_view line) {
         CProbesystemEntry entry;
-        if (!serverdll::read_probesystem(line, entry)) return false;
+        // A name alone stands for a system without ids.
+        const bool is_name = serverdll::read_name(line, entry.name);
+        if (!is_name && !serverdll::read_probesystem(line, entry)) return false;
         if (read.empty() || read.back().name != entry.name) read.push_back({entry.name, {}});
-        read.back().entries.push_back(std::move(entry));
+        if (!is_name) read.back().entries.push_back(std::move(entry));
         return true;
     });
     if (done) records = std::move(read);

@@ -107,7 +107,9 @@ void LineRouter::route_ready(long id) {
 
 void LineRouter::agree_watch(bool failed) {
     const long asked = m_watchAsked.exchange(0, std::memory_order_acquire);
-    if (!failed) m_watch = m_watchOn.load(std::memory_order_relaxed) ? asked : 0;
+    if (failed) return;
+    m_watchAxes = m_watchAxesAsked.load(std::memory_order_relaxed);
+    m_watch = m_watchAxes > 0 ? asked : 0;
 }
 
 bool LineRouter::route_point(long id, std::string_view body) {
@@ -154,6 +156,14 @@ void LineRouter::route_watch(long id, std::string_view body) {
     if (!wire::scan_numbers(body, values)) {
         values.resize(before);
         log_unknown(id, body);
+    }
+    // Whole records only: nobody could tell whose values the rest are.
+    const std::size_t rest = (values.size() - before) % m_watchAxes;
+    if (rest > 0) {
+        log_strange("the server's watch line holds " + std::to_string(values.size() - before) +
+                    " values for " + std::to_string(m_watchAxes) + " axes; the last " + std::to_string(rest) +
+                    " are left out");
+        values.resize(values.size() - rest);
     }
     add_row(values.size() - before);
     m_onlyAnswers = false;
@@ -210,10 +220,12 @@ void LineRouter::lose(const std::vector<long>& cut_scans) {
 }
 
 void LineRouter::log_unknown(long id, std::string_view line) {
-    if (m_strangeLines++ >= most_strange_lines) return;
-    log_error(
-        __FILE__, __LINE__,
-        "the server's line for id " + std::to_string(id) + " fits no request: \"" + first_bytes(line) + "\"");
+    log_strange("the server's line for id " + std::to_string(id) + " fits no request: \"" +
+                first_bytes(line) + "\"");
+}
+
+void LineRouter::log_strange(const std::string& text) {
+    if (m_strangeLines++ < most_strange_lines) log_error(__FILE__, __LINE__, text);
 }
 
 void LineRouter::flush() {

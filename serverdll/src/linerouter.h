@@ -31,10 +31,10 @@ public:
     // Did the last batch hold nothing but answers to those who wait?
     bool only_answers() const noexcept { return m_onlyAnswers; }
 
-    // The request `id`, about to leave, asks for `watch` lines, or with `on` false for their end. What was
-    // watched before goes on until the server agrees.
-    void ask_watch(long id, bool on) noexcept {
-        m_watchOn.store(on, std::memory_order_relaxed);
+    // The request `id`, about to leave, asks for `watch` lines about that many axes, or with none for their
+    // end. What was watched before goes on until the server agrees.
+    void ask_watch(long id, std::size_t axes) noexcept {
+        m_watchAxesAsked.store(axes, std::memory_order_relaxed);
         m_watchAsked.store(id, std::memory_order_release);
     }
 
@@ -54,14 +54,16 @@ private:
     void add_row(std::size_t count);
     void fail(long id, std::string_view text);
     void log_unknown(long id, std::string_view line);
+    void log_strange(const std::string& text);
     void flush();
 
     RequestTable& m_requests;
     Dispatcher& m_dispatcher;
     ReplyStore& m_replies;
     std::atomic<long> m_watchAsked = 0;
-    std::atomic<bool> m_watchOn = false;
-    long m_watch = 0;  // the request whose lines are told
+    std::atomic<std::size_t> m_watchAxesAsked = 0;
+    long m_watch = 0;             // the request whose lines are told
+    std::size_t m_watchAxes = 0;  // how many values make a record
     std::vector<Delivery> m_batch;
     std::vector<std::vector<double>> m_spares;
     std::vector<ScanTrack> m_tracks;
