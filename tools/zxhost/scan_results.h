@@ -14,12 +14,12 @@ class App;
 namespace zxhost {
 
 struct ScanResults {
-    std::string ply;  // files to write; empty for none
-    std::string xyz;
-    std::string picture;
-    std::string shape;              // to fit; empty for none
-    std::string deviations;         // file for those of the fit
-    std::vector<std::string> axes;  // empty: x and y, and z where three are needed
+    std::string ply = "";  // files to write; empty for none
+    std::string xyz = "";
+    std::string picture = "";
+    std::string shape = "";              // to fit; empty for none
+    std::string deviations = "";         // file for those of the fit
+    std::vector<std::string> axes = {};  // empty: x and y, and z where three are needed
 };
 
 // `results` must outlive the parsing.

@@ -327,4 +327,13 @@ TEST_F(ScanFile, AFileThatCannotBeReadIsWrongUsage) {
     EXPECT_EQ(files.open_handles(), 0);
 }
 
+TEST_F(ScanFile, ThePageShowsAWholeOne) {
+    std::ifstream page(ZX_SCAN_FILE_PAGE);
+    std::string example;
+    for (std::string line; std::getline(page, line) && line != "```";) {
+    }
+    for (std::string line; std::getline(page, line) && line != "```";) example += line + "\n";
+    expect(example, ScanState::Whole, 9, 2, "");
+}
+
 }  // namespace
