@@ -92,10 +92,10 @@ private:
     std::size_t buffered() const { return static_cast<std::size_t>(limit - cursor); }
     bool refill();
     bool take_line_end();
-    char* find_line_end(char* end);
+    const char* find_line_end(const char* end);
 
     char* rewind_limit = buffer.data();  // UnReadChar goes back no further
-    char* next_cr = nullptr;  // the first CR at `cursor` or behind, else `limit`; null if not known
+    const char* next_cr = nullptr;  // the first CR at `cursor` or behind, else `limit`; null if not known
 };
 
 // How a file is written. A writer takes the first four; with the flag each write returns only when the data

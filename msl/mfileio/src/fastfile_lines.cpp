@@ -6,25 +6,16 @@
 #include "errtrace.h"
 #include "fastfile.h"
 #include "fastfile_handle.h"
+#include "find_byte.h"
 
 using fastfile::source;
-
-namespace {
-
-// The first such byte, else `end`.
-char* find(char* begin, char* end, char wanted) {
-    void* const found = std::memchr(begin, wanted, static_cast<std::size_t>(end - begin));
-    return found ? static_cast<char*>(found) : end;
-}
-
-}  // namespace
 
 // The first CR or LF of the buffer from `cursor` to `end`, else `end`. Where the next CR stands is
 // remembered: looking for both ends anew for each line would run through the whole buffer for every line of a
 // file that has only one of them.
-char* MFastFileReader::find_line_end(char* end) {
-    if (!next_cr || next_cr < cursor) next_cr = find(cursor, limit, '\r');
-    return find(cursor, std::min(end, next_cr), '\n');
+const char* MFastFileReader::find_line_end(const char* end) {
+    if (!next_cr || next_cr < cursor) next_cr = find_byte(cursor, limit, '\r');
+    return find_byte(cursor, std::min(end, next_cr), '\n');
 }
 
 // At a line end in the buffer. False if the byte behind a CR can't be read.
@@ -60,7 +51,7 @@ std::int64_t MFastFileReader::ReadLine(char* target, std::size_t max) {
     while (ok && !ended && stored < max) {
         ok = buffered() > 0 || refill();
         if (buffered() == 0) break;
-        char* const piece_end = cursor + std::min(buffered(), max - stored);
+        const char* const piece_end = cursor + std::min(buffered(), max - stored);
         const char* const end = find_line_end(piece_end);
         const auto length = static_cast<std::size_t>(end - cursor);
         std::memcpy(target + stored, cursor, length);

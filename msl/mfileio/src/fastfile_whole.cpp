@@ -1,5 +1,6 @@
 // Whole files in one call.
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -9,6 +10,7 @@
 #include "fastfile.h"
 #include "fastfile_handle.h"
 #include "fileops.h"
+#include "find_byte.h"
 #include "os/error.h"
 
 using fastfile::source;
@@ -32,11 +34,19 @@ std::size_t normalise_line_ends(char* text, std::size_t size) {
 
 // Turns LF, CR and CR LF to CR LF; the target has room for twice the size. Returns the new size.
 std::size_t expand_line_ends(const char* text, std::size_t size, char* target) {
+    const char* const end = text + size;
+    const char* next_cr = find_byte(text, end, '\r');
     char* out = target;
-    for (const char* in = text; in != text + size; ++in) {
-        if (*in == '\n' || *in == '\r') *out++ = '\r';
-        *out++ = *in == '\r' ? '\n' : *in;
-        if (*in == '\r' && in + 1 != text + size && in[1] == '\n') ++in;
+    while (text != end) {
+        const char* const line_end = find_byte(text, next_cr, '\n');
+        out = std::copy(text, line_end, out);
+        text = line_end;
+        if (text == end) break;
+        *out++ = '\r';
+        *out++ = '\n';
+        if (*text++ == '\n') continue;
+        if (text != end && *text == '\n') ++text;
+        next_cr = find_byte(text, end, '\r');
     }
     return static_cast<std::size_t>(out - target);
 }
@@ -194,8 +204,7 @@ std::int64_t MFastFile_WriteAtOnce(const char* filename, const void* data, std::
 }
 
 std::int64_t MFastFile_WriteLinesAtOnce(const char* filename, const char* text, std::size_t size, int mode) {
-    // Zeroed: the compiler can't see that only what was converted is written.
-    const Block converted(static_cast<char*>(std::calloc(2, size)));
+    const Block converted(static_cast<char*>(std::malloc(2 * size)));
     if (!converted && size > 0) {
         MERRTRACE_REPORT(source, "MFastFile_WriteLinesAtOnce(): malloc(%zu) failed: %.50s", 2 * size,
                          os::error_text(errno).c_str());

@@ -47,7 +47,7 @@ private:
     };
     struct Chunk {
         Chunk* next;
-        std::array<Slot, 84> slots;  // together less than a page
+        std::array<Slot, 20> slots;  // below 1 KB, which allocators hand out fast
     };
 
     bool add_chunk() {
