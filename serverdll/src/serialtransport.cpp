@@ -28,12 +28,13 @@ struct LineAddress {
     std::int64_t baud = default_baud;
 };
 
+// No blank separates the two: a configuration file's value loses its blanks.
 LineAddress split_address(const std::string& server) {
     LineAddress address{server};
-    const std::size_t blank = server.rfind(' ');
-    if (blank != std::string::npos && blank > 0 &&
-        wire::parse_integer(std::string_view(server).substr(blank + 1), 1, 100000000, address.baud)) {
-        address.device.resize(blank);
+    const std::size_t comma = server.rfind(',');
+    if (comma != std::string::npos &&
+        wire::parse_integer(std::string_view(server).substr(comma + 1), 1, 100000000, address.baud)) {
+        address.device.resize(comma);
     }
     address.device = os::serial_device(address.device);
     return address;

@@ -44,7 +44,7 @@ std::unique_ptr<Transport> connect_transport(const std::string& server, const Cl
 std::unique_ptr<Transport> connect_tcp(const std::string& server, const ClientOptions& options);
 // "LIBRARY" or "LIBRARY SETTINGS"
 std::unique_ptr<Transport> connect_library(const std::string& server);
-// "LINE" or "LINE BAUD"
+// "LINE" or "LINE,BAUD"
 std::unique_ptr<Transport> connect_serial(const std::string& server);
 
 // Throws what connecting throws.

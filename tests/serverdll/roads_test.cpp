@@ -172,9 +172,9 @@ TEST_F(SerialRoad, ALineThatIsMissingIsNamed) {
     const std::string missing = "can't be opened: No such file or directory";
     const std::ptrdiff_t files = entries_of("/proc/self/fd");
     EXPECT_EQ(why_not_opened("COM999", "/dev/ttyS998"), missing);
-    EXPECT_EQ(why_not_opened("COM999 9600", "/dev/ttyS998"), missing);
+    EXPECT_EQ(why_not_opened("COM999,9600", "/dev/ttyS998"), missing);
     EXPECT_EQ(why_not_opened("COM:/dev/no such line", "/dev/no such line"), missing);
-    EXPECT_EQ(why_not_opened("COM:/dev/no such line 9600", "/dev/no such line"), missing);
+    EXPECT_EQ(why_not_opened("COM:/dev/no such line,9600", "/dev/no such line"), missing);
     EXPECT_EQ(why_not_opened("COMPUTER", "COMPUTER"), missing) << "a host's name that looks like a line's";
     EXPECT_EQ(why_not_opened("the host COM", "the host COM"), missing);
     EXPECT_EQ(entries_of("/proc/self/fd"), files);
@@ -204,7 +204,7 @@ TEST_F(SerialRoad, ALineThatMayNotBeOpenedIsNamed) {
 TEST_F(SerialRoad, ASpeedThatTheLineHasNotIsNamed) {
     os::PseudoTerminal terminal;
     ASSERT_TRUE(terminal.open());
-    EXPECT_EQ(why_not_opened("COM:" + terminal.device() + " 12345", terminal.device()),
+    EXPECT_EQ(why_not_opened("COM:" + terminal.device() + ",12345", terminal.device()),
               "has no speed of 12345 baud");
 }
 
@@ -215,13 +215,13 @@ TEST_F(SerialRoad, ALineWhereNobodySpeaksIsGivenUpInTime) {
     const std::ptrdiff_t threads = entries_of("/proc/self/task");
     const std::ptrdiff_t files = entries_of("/proc/self/fd");
     const auto start = std::chrono::steady_clock::now();
-    client = std::make_unique<CZendrixCOM>(nullptr, nullptr, ("COM:" + terminal.device() + " 9600").c_str(),
+    client = std::make_unique<CZendrixCOM>(nullptr, nullptr, ("COM:" + terminal.device() + ",9600").c_str(),
                                            nullptr);
     EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(2000));
     EXPECT_FALSE(client->HasConnection());
     EXPECT_EQ(recording::error_log(),
               Texts{"CZendrixCOM: no machine connection to \"COM:" + terminal.device() +
-                    " 9600\": no hello from the server: silent for 100 ms"});
+                    ",9600\": no hello from the server: silent for 100 ms"});
     client.reset();
     EXPECT_TRUE(test::threads_sink_to(threads));
     EXPECT_EQ(entries_of("/proc/self/fd"), files);

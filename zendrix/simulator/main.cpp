@@ -30,7 +30,7 @@ const char* const examples = R"(Examples:
   zendrix-sim --speed max --fault reset@point:1000
       as fast as the processor; resets the connection at the thousandth point
   zendrix-sim --serial /dev/ttyUSB0 --baud 57600
-      at a serial line; the client's connection string is its own end of it, as "COM3 57600"
+      at a serial line; the client's connection string is its own end of it, as "COM3,57600"
   zendrix-sim --serial-terminal
       at a serial line in software, whose other end it names, as "COM:/dev/pts/5"
 
