@@ -1,9 +1,10 @@
+#include "command_line.h"
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
 #include <sstream>
 
-#include "command_line.h"
 #include "number_text.h"
 #include "verb_host.h"
 #include "verbs.h"
@@ -65,10 +66,10 @@ HostError mistake_of(const CLI::App& app, const CLI::ParseError& error) {
 
 void add_line_verbs(CLI::App& app, Program& program) {
     add_output_settings(app, program.settings);
-    for (const auto add : {add_info,   add_axes,  add_get,          add_set,         add_init,   add_move,
-                           add_zero,   add_home,  add_circle,       add_scan,        add_events, add_session,
-                           add_probes, add_probe, add_probesystems, add_probesystem, add_keypad, add_spin,
-                           add_wobble, add_can,   add_raster,       add_components,  add_watch})
+    for (const auto add : {add_info, add_axes,   add_get,    add_set,          add_init,        add_move,
+                           add_zero, add_home,   add_circle, add_scan,         add_events,      add_session,
+                           add_run,  add_probes, add_probe,  add_probesystems, add_probesystem, add_keypad,
+                           add_spin, add_wobble, add_can,    add_raster,       add_components,  add_watch})
         add(app, program);
 }
 
@@ -105,6 +106,8 @@ ExitStatus run_command_line(std::vector<std::string> arguments, const Streams& s
     CLI::App app("Drives a measuring machine through its driver plug-in.", "zxhost");
     add_connection_settings(app, program.settings);
     add_line_verbs(app, program);
+    add_shell(app, program);
+    add_config(app, program);
     app.footer(
         "example: zxhost --host 127.0.0.1 --port 7073 move x=12.5 z+=3\n"
         "exit status: 0 done, 1 error of the machine, 2 wrong usage, 3 no connection");

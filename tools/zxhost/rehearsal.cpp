@@ -177,14 +177,20 @@ void Rehearsal::lose_positions() {
     m_may_stand_anywhere = true;
 }
 
-bool Rehearsal::is_defined(const Tip& tip) {
-    const auto found = m_tips.find(tip);
-    return found != m_tips.end() ? found->second : IsTipDefined(tip.first, tip.second);
+// Tip 0 stands for any tip of the probe.
+bool Rehearsal::is_defined(long probe, long tip) {
+    const bool by_line = std::any_of(m_tips.begin(), m_tips.end(), [&](const auto& known) {
+        return known.second && known.first.first == probe && (tip == 0 || known.first.second == tip);
+    });
+    if (by_line) return true;
+    if (tip == 0) return IsProbeDefined(probe);
+    return !m_tips.contains({probe, tip}) && IsTipDefined(probe, tip);
 }
 
 void Rehearsal::known_probe(long probe, long tip) {
-    if (is_defined({probe, tip})) return;
-    const std::string name = fmt::format("probe {} with tip {}", probe, tip);
+    if (is_defined(probe, tip)) return;
+    const std::string name =
+        tip == 0 ? fmt::format("probe {}", probe) : fmt::format("probe {} with tip {}", probe, tip);
     if (m_knows_probes)
         wrong("this machine has no " + name, "see its probes with: zxhost probes");
     else

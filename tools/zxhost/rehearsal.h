@@ -36,6 +36,7 @@ public:
     // that no machine gave.
     bool has_examined() const { return m_has_examined; }
     std::vector<Finding> take_findings();
+    void add(Finding finding) { m_findings.push_back(std::move(finding)); }
 
     // What the factories' arguments ask for. No command is made: each of these returns null.
     MMachGetCommand* NewMMachGetCommand(MOutputChannel*, const std::vector<std::string>& axes) override;
@@ -96,7 +97,7 @@ private:
     void needs_initialized();
     void lose_positions();
 
-    bool is_defined(const Tip& tip);
+    bool is_defined(long probe, long tip);
     void known_probe(long probe, long tip);
     void known_probesystem(const std::string& name, long id);
 
