@@ -1,7 +1,7 @@
 # Sourced by ./run, ./test and ./bench: what they share. Installs what a bare Debian 12 lacks, then builds.
 
 packages_build=(g++ cmake ninja-build libasio-dev libcli11-dev nlohmann-json3-dev libfmt-dev libspdlog-dev zlib1g-dev
-    libgtest-dev librapidcheck-dev)  # the last two because ./run and ./test share one build
+    libedit-dev libgtest-dev librapidcheck-dev)  # the last two because ./run and ./test share one build
 packages_test=(clang binutils)
 packages_bench=(pkgconf libglib2.0-dev libssl-dev libinih-dev libsimpleini-dev)  # whom we are compared with
 
