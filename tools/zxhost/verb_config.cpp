@@ -28,13 +28,30 @@ Json value_row(const ConfigValue& value) {
             {"lost", value.lost}};
 }
 
+const char* name_of(FindingKind kind) {
+    switch (kind) {
+        case FindingKind::unreadable:
+            return "unreadable";
+        case FindingKind::shadowed:
+            return "shadowed";
+        case FindingKind::near_miss:
+            return "near miss";
+        case FindingKind::unknown:
+            return "unknown";
+        case FindingKind::value:
+            break;
+    }
+    return "value";
+}
+
 Json document_of(const ConfigReport& report) {
     Json files = Json::array(), values = Json::array(), findings = Json::array();
     for (const LookedAt& look : report.looked_at)
         files.push_back({{"file", look.file}, {"state", look.state}});
     for (const ConfigValue& value : report.values) values.push_back(value_row(value));
     for (const Finding& finding : report.findings)
-        findings.push_back({{"file", finding.file},
+        findings.push_back({{"kind", name_of(finding.kind)},
+                            {"file", finding.file},
                             {"line", finding.line ? Json(finding.line) : Json()},
                             {"text", finding.text}});
     return {{"files", files}, {"values", values}, {"findings", findings}};

@@ -24,8 +24,17 @@ struct ConfigValue {
     std::string lost;      // its comment
 };
 
+enum class FindingKind {
+    unreadable,  // a file that counts as missing, though it is there
+    shadowed,    // a file that isn't looked at
+    near_miss,   // a name that isn't read, and is near one that would be
+    unknown,     // a name that isn't read
+    value        // a value that may not be what was meant
+};
+
 // Something that a person should look at.
 struct Finding {
+    FindingKind kind;
     std::string file;
     std::size_t line = 0;  // 0: the whole file
     std::string text;

@@ -169,6 +169,15 @@ TEST_F(ConfigReportTest, NearMissesAreNamed) {
               Texts{stray("1: [conection]", "[connection]", "the spelling counts")});
 }
 
+TEST_F(ConfigReportTest, ANameOfOursInASectionOfSomebodyElseMissesNothingIfOursIsThere) {
+    EXPECT_EQ(read("[database]\nhost=a\n").findings[0].kind, FindingKind::near_miss);
+    EXPECT_EQ(read("[database]\nhost=a\n[connection]\nhost=b\n").findings[0].kind, FindingKind::unknown);
+    EXPECT_EQ(read("[Connection]\nhost=a\n[connection]\nhost=b\n").findings[0].kind, FindingKind::near_miss);
+    EXPECT_EQ(read("[window]\ntitle=a\n").findings[0].kind, FindingKind::unknown);
+    EXPECT_EQ(read("x").findings[0].kind, FindingKind::unreadable);
+    EXPECT_EQ(read("[connection]\nhost=\n").findings[0].kind, FindingKind::value);
+}
+
 TEST_F(ConfigReportTest, WhatTheDriverDoesNotKnowIsTold) {
     EXPECT_EQ(found_in("[window]\ntitle=a\n[connection]\ntimeout=1\n"),
               (Texts{"2: [window] title isn't read by the driver",
