@@ -108,6 +108,7 @@ ExitStatus run_command_line(std::vector<std::string> arguments, const Streams& s
     add_line_verbs(app, program);
     add_shell(app, program);
     add_config(app, program);
+    add_doctor(app, program);
     app.footer(
         "example: zxhost --host 127.0.0.1 --port 7073 move x=12.5 z+=3\n"
         "exit status: 0 done, 1 error of the machine, 2 wrong usage, 3 no connection");
