@@ -1,5 +1,6 @@
 // Open, Close, and what a lost connection looks like.
 #include "driver_fixture.h"
+#include "os/socket.h"
 
 namespace {
 
@@ -142,6 +143,7 @@ TEST_F(ConnectionTest, OverTheLoopbackAddressThereIsNothingToWarnOf) {
     driver->m_registry = &os::system_registry();
     driver->m_host = "127.0.0.1";
     EXPECT_TRUE(driver->Open());
+    EXPECT_EQ(new_log_lines(), os::socket_can_acknowledge() ? Lines() : Lines{delays_warning});
 }
 
 struct Revision {
