@@ -1,17 +1,11 @@
 #include "zxhost_programs.h"
 
-#include <unistd.h>
-
-#include <array>
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
 namespace zxhost_test {
 namespace {
-
-namespace fs = std::filesystem;
 
 std::string text_of(const std::string& file) {
     std::ifstream in(file);
@@ -31,17 +25,6 @@ std::string round_machine(const Edits& edits) {
 }
 
 }  // namespace
-
-Directory::Directory() {
-    std::string name = (fs::temp_directory_path() / "zxhost-test-XXXXXX").string();
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary directory");
-    m_path = name;
-}
-
-Directory::~Directory() {
-    std::error_code ignored;
-    fs::remove_all(m_path, ignored);
-}
 
 Simulator::Simulator(const Words& more, const Edits& edits) {
     std::ofstream(machine_file()) << round_machine(edits);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "process.h"
+#include "temporary_directory.h"
 
 namespace zxhost_test {
 
@@ -15,16 +16,9 @@ using test_support::Process;
 using test_support::ProcessResult;
 using Words = std::vector<std::string>;
 
-// A directory that goes when the object goes.
-class Directory {
+class Directory : public TemporaryDirectory {
 public:
-    Directory();
-    ~Directory();
-    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
-    std::string path() const { return m_path.string(); }
-
-private:
-    std::filesystem::path m_path;
+    std::filesystem::path operator/(const std::string& name) const { return path(name); }
 };
 
 // Changes of the machine's description: what stands there, and what shall.
