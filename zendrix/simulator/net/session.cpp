@@ -8,6 +8,7 @@ namespace zendrix::sim {
 namespace {
 
 constexpr std::chrono::milliseconds finish_patience(500);
+constexpr std::chrono::milliseconds watch_catch_up(200);
 
 }  // namespace
 
@@ -157,11 +158,15 @@ void Session::written() {
 void Session::watch_every(std::chrono::milliseconds interval) {
     m_watch_interval = interval;
     m_watch_timer.cancel();
+    m_watch_due = std::chrono::steady_clock::now();
     if (interval.count() > 0) watch_tick();
 }
 
+// A tick that comes late doesn't delay the next; what a long hold-up left out is gone.
 void Session::watch_tick() {
-    m_watch_timer.expires_after(m_watch_interval);
+    const auto oldest = std::chrono::steady_clock::now() - watch_catch_up;
+    m_watch_due = std::max(m_watch_due + m_watch_interval, oldest);
+    m_watch_timer.expires_at(m_watch_due);
     m_watch_timer.async_wait([self = shared_from_this()](asio::error_code error) {
         if (error || !self->m_conversation) return;
         self->m_conversation->send_watch();

@@ -95,6 +95,7 @@ private:
     std::string m_leaving;   // given to the stream
     std::size_t m_left = 0;  // of m_leaving
     std::chrono::milliseconds m_watch_interval{0};
+    std::chrono::steady_clock::time_point m_watch_due;
     std::deque<LockWait> m_lock_waits;
     bool m_is_write_posted = false;
     bool m_is_reading = false;
