@@ -58,8 +58,9 @@ Numbers numbers_of(const ScanPoints& scan, const FittedShape& shape) {
 
 std::string title(const ScanPoints& scan, const FittedShape& shape) {
     const auto form = std::find_if(shape.quantities.begin(), shape.quantities.end(), is_form);
-    return fmt::format("{}: {:.2f} {} from {}", shape.name, form->value * fine(scan), fine_unit(scan),
-                       shape.ideal);
+    std::string name(shape.name);
+    name[0] = static_cast<char>(name[0] - 'a' + 'A');
+    return fmt::format("{}: {:.2f} {} from {}", name, form->value * fine(scan), fine_unit(scan), shape.ideal);
 }
 
 void write_picture_file(const std::string& file, const std::function<void(std::ostream&)>& write) {

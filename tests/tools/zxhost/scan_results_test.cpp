@@ -155,7 +155,7 @@ TEST_F(ScanResultsTest, AFitTellsItsNumbersPictureAndDeviations) {
     EXPECT_NEAR(quantity(result, "deviation from round"), 0.004, 1e-6);
     EXPECT_NEAR(quantity(result, "rms deviation"), 0.002 / std::numbers::sqrt2, 1e-6);
     const std::string svg = m_directory.content("out");
-    for (const char* text : {"circle: 4.00 µm from round", "x [mm]", "y [mm]", "Round 4", "enlarged"})
+    for (const char* text : {"Circle: 4.00 µm from round", "x [mm]", "y [mm]", "Round 4", "enlarged"})
         EXPECT_NE(svg.find(text), std::string::npos) << text;
     const std::string deviations = m_directory.content("deviations.csv");
     EXPECT_EQ(deviations.substr(0, deviations.find(',', 22)), "point,deviation [mm]\n1");

@@ -18,7 +18,7 @@ using namespace svg;
 constexpr double picture_width = 1120.0;
 constexpr double picture_height = 800.0;
 constexpr double left = 100.0;
-constexpr double top = 100.0;
+constexpr double top = 120.0;
 constexpr double bottom = 730.0;
 constexpr double right_alone = 1080.0;  // of the plot without numbers beside it
 constexpr double right_beside = 740.0;
