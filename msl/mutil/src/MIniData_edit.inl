@@ -17,7 +17,7 @@ namespace minidata {
 inline constexpr const char* class_name = "MIniDataT<struct MIniDataCaseSensitiveCompare>";
 
 inline bool is_comment(std::string_view name) {
-    const std::size_t begin = name.find_first_not_of(blanks);
+    const std::size_t begin = find_text(name);
     return begin != name.npos && is_comment_start(name[begin]);
 }
 

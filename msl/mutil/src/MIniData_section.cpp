@@ -145,7 +145,7 @@ bool MIniDataSectionT<Compare>::DeleteEntry(const std::string& name) {
     }
     for (std::size_t i = 1; i < line_vec.size(); ++i) {
         const std::string& line = line_vec[i]->text;
-        const std::size_t begin = line.find_first_not_of(minidata::blanks);
+        const std::size_t begin = minidata::find_text(line);
         if (begin == line.npos || minidata::is_comment_start(line[begin])) continue;
         const std::size_t equals = line.find('=');
         if (equals == line.npos) {

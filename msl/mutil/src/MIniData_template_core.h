@@ -197,6 +197,7 @@ public:
 
 private:
     void clear();
+    void delete_sections();
     bool read_lines();
     bool take_byte_order_mark(std::string& line);
     bool parse_line(const std::string& line);

@@ -1,6 +1,7 @@
 // How a line of an ini file is taken apart. Blank means space or tab.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -11,12 +12,20 @@
 namespace minidata {
 
 constexpr const char* source = "msl/mutil/src/MIniData_template_core";
-constexpr const char* blanks = " \t";
 
 inline bool is_comment_start(char c) { return c == '#' || c == '*' || c == '/' || c == ';'; }
 
+inline bool is_blank(char c) { return c == ' ' || c == '\t'; }
+
+// Where the first byte that is no blank stands, else npos.
+inline std::size_t find_text(std::string_view line) {
+    const auto found = std::find_if_not(line.begin(), line.end(), is_blank);
+    return found == line.end() ? line.npos : static_cast<std::size_t>(found - line.begin());
+}
+
 inline std::string_view trim_right(std::string_view text) {
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
+    while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+    return text;
 }
 
 // The name of an entry that begins at `begin`, with its '=' at `equals` or, if that is npos, without one.
