@@ -84,13 +84,14 @@ public:
     std::int64_t ReadDouble(double& value);
 
     // A closed reader, and one that can't read, count as being at the end; the reason goes to the error log.
-    bool IsEOF();
+    bool IsEOF() { return (is_closed() || buffered() == 0) && is_at_end(); }
 
 private:
     std::int64_t read_from_buffer(void* target, std::size_t size);
     int read_char_from_buffer(char& c);
     std::size_t buffered() const { return static_cast<std::size_t>(limit - cursor); }
     bool refill();
+    bool is_at_end();
     bool take_line_end();
     const char* find_line_end(const char* end);
 

@@ -185,12 +185,12 @@ bool MFastFileReader::UnReadChar() {
     return false;
 }
 
-bool MFastFileReader::IsEOF() {
+// With an empty buffer, or closed.
+bool MFastFileReader::is_at_end() {
     if (is_closed()) {
         MERRLOG_REPORT(source, "MFastFileReader::IsEOF(): no open file");
         return true;
     }
-    if (buffered() > 0) return false;
     MErrTrace_BeginContext();
     if (!refill()) {
         MERRLOG_REPORT(source, "MFastFileReader::IsEOF(): fill_buffer() failed");
