@@ -161,7 +161,7 @@ TEST_F(ScanFiles, OtherFilesAreAnsweredClearly) {
     expect_says({"scan", "verify", path("huge.csv")}, 1,
                 "damaged at line 2, byte 15: the line is longer than");
     std::ofstream(path("esc.csv")) << "# scan file: 1\n\x1b[2J\x07\n# machine\n";
-    expect_says({"scan", "verify", path("esc.csv")}, 1, "damaged at line 3, byte 22: ");
+    expect_says({"scan", "verify", path("esc.csv")}, 1, "damaged at line 3, byte 21: ");
 }
 
 }  // namespace
