@@ -103,7 +103,7 @@ TEST(MIniDataPoolTest, GivesTheRoomOfADroppedLineAgain) {
     std::vector<MIniDataLine*> lines;
     for (int i = 0; i < 1000; ++i) {
         lines.push_back(i % 2 == 0 ? pool.make<MIniDataLine>(std::to_string(i))
-                                   : pool.make<MIniDataEntry>(std::to_string(i), 1));
+                                   : pool.make<MIniDataEntry>(std::to_string(i), std::size_t{1}));
     }
     for (int i = 0; i < 1000; ++i) EXPECT_EQ(std::to_string(i), lines[static_cast<std::size_t>(i)]->text);
     MIniDataLine* const dropped = lines.back();
