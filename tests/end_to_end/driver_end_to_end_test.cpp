@@ -5,15 +5,13 @@
 #include <cmath>
 #include <thread>
 
-#include "host_side.h"
-#include "m2zendrixmachabstract.h"
-#include "moutputchannel.h"
+#include "driver_host.h"
 #include "recording_facilities.h"
 #include "simulated_machine.h"
 
 namespace {
 
-using Points = std::vector<std::vector<double>>;
+using Points = DriverHost::Points;
 
 // The ring of the built-in machine.
 constexpr double center_x = 10.0123;
@@ -21,76 +19,6 @@ constexpr double center_y = -4.9917;
 constexpr double center_z = 20.0;
 constexpr double radius = 25.0045;
 constexpr double form_and_noise = 0.012;  // all harmonics in phase, and five times the noise
-
-class Host {
-public:
-    explicit Host(SimulatedMachine& machine)
-        : m_driver(&m_output, &m_notifier, machine.name, machine.directory()) {}
-    ~Host() {
-        m_driver.Close();
-        m_driver.PollAsyncErrors();
-        m_output.clear();
-    }
-
-    M2ZendrixMachAbstract& driver() { return m_driver; }
-    MOutputChannel& output() { return m_output; }
-
-    // Polls a command to its end; what it said is returned.
-    std::string finish(MMachCommand* command, MOutputChannel& channel) {
-        const std::unique_ptr<MMachCommand> owner(command);
-        EXPECT_NE(command, nullptr);
-        if (!command) return {};
-        EXPECT_TRUE(run_host(
-            m_notifier, [&] { return command->IsDone(); }, [&] { poll(); }));
-        std::string text;
-        channel.take_text(text, true);
-        return text;
-    }
-
-    // Drains a scan to its end.
-    template <class ScanCommand, class Step>
-    Points drain(ScanCommand* command, Step&& step) {
-        const std::unique_ptr<ScanCommand> owner(command);
-        Points points;
-        std::vector<double> point;
-        bool done = false;
-        EXPECT_TRUE(run_host(
-            m_notifier, [&] { return done; },
-            [&] {
-                poll();
-                step();
-                done = command->IsDone();
-                while (command->GetNextScanPoint(point)) points.push_back(point);
-            }));
-        return points;
-    }
-
-    void poll() { m_driver.PollAsyncErrors(); }
-    WakingNotifier& notifier() { return m_notifier; }
-
-    void initialise() {
-        MOutputChannel channel(1);
-        const std::string text = finish(m_driver.NewMMachInitCommand(&channel, {}), channel);
-        EXPECT_EQ(text.find("error"), std::string::npos) << text;
-    }
-
-    std::string move(const AxisTargetMap& targets) {
-        MOutputChannel channel(2);
-        MMachAxisTargets record;
-        record.m_targets = targets;
-        return finish(m_driver.NewMMachMoveCommand(&channel, record), channel);
-    }
-
-    std::string set(const std::map<std::string, double>& values) {
-        MOutputChannel channel(3);
-        return finish(m_driver.NewMMachSetCommand(&channel, values), channel);
-    }
-
-private:
-    WakingNotifier m_notifier;
-    MOutputChannel m_output{0};
-    M2ZendrixMachAbstract m_driver;
-};
 
 MMachCircle ring_circle() {
     MMachCircle circle;
@@ -106,7 +34,7 @@ protected:
 
 TEST_F(DriverEndToEnd, MeasuresTheRingThatStandsOnTheMachine) {
     SimulatedMachine machine;
-    Host host(machine);
+    DriverHost host(machine.name, machine.directory());
     ASSERT_TRUE(host.driver().Open());
     host.initialise();
     EXPECT_EQ(host.move({{"x", {center_x, false}}, {"y", {center_y, false}}, {"z", {center_z, false}}})
@@ -127,7 +55,7 @@ TEST_F(DriverEndToEnd, MeasuresTheRingThatStandsOnTheMachine) {
 TEST_F(DriverEndToEnd, LosesNoPointWhileCapabilitiesChangeInTheMiddleOfScans) {
     SimulatedMachine machine({"capabilities@point:50+50"}, SimulatedMachine::Pace::leaping,
                              "cached_axes=x,y,z,c\n");
-    Host host(machine);
+    DriverHost host(machine.name, machine.directory());
     ASSERT_TRUE(host.driver().Open());
     host.initialise();
     std::atomic<bool> stop = false;
@@ -161,7 +89,7 @@ TEST_F(DriverEndToEnd, LosesNoPointWhileCapabilitiesChangeInTheMiddleOfScans) {
 
 TEST_F(DriverEndToEnd, SaysOnceThatTheConnectionWasLost) {
     SimulatedMachine machine({"reset@point:500"});
-    Host host(machine);
+    DriverHost host(machine.name, machine.directory());
     ASSERT_TRUE(host.driver().Open());
     host.initialise();
     MOutputChannel channel(6);
@@ -191,7 +119,7 @@ TEST_F(DriverEndToEnd, SaysOnceThatTheConnectionWasLost) {
 TEST_F(DriverEndToEnd, AbortEndsAMotionOnTheMachine) {
     SimulatedMachine machine({}, SimulatedMachine::Pace::real);
     machine.server().invoke([](zendrix::sim::Hub&, zendrix::sim::Clock&) {});
-    Host host(machine);
+    DriverHost host(machine.name, machine.directory());
     ASSERT_TRUE(host.driver().Open());
     MOutputChannel channel(7);
     const std::unique_ptr<MMachInitCommand> init(host.driver().NewMMachInitCommand(&channel, {}));
@@ -206,8 +134,8 @@ TEST_F(DriverEndToEnd, AbortEndsAMotionOnTheMachine) {
 
 TEST_F(DriverEndToEnd, TwoHostsShareOneMachine) {
     SimulatedMachine machine;
-    Host first(machine);
-    Host second(machine);
+    DriverHost first(machine.name, machine.directory());
+    DriverHost second(machine.name, machine.directory());
     ASSERT_TRUE(first.driver().Open());
     ASSERT_TRUE(second.driver().Open());
     first.initialise();
@@ -223,7 +151,7 @@ TEST_F(DriverEndToEnd, TwoHostsShareOneMachine) {
 
 TEST_F(DriverEndToEnd, OpeningAndClosingLeavesNoThread) {
     SimulatedMachine machine;
-    Host host(machine);
+    DriverHost host(machine.name, machine.directory());
     ASSERT_TRUE(host.driver().Open());
     host.driver().Close();
     const auto threads = thread_count();
@@ -236,7 +164,7 @@ TEST_F(DriverEndToEnd, OpeningAndClosingLeavesNoThread) {
 
 TEST_F(DriverEndToEnd, BadTargetsAreAnsweredAndTheMachineStandsStill) {
     SimulatedMachine machine;
-    Host host(machine);
+    DriverHost host(machine.name, machine.directory());
     ASSERT_TRUE(host.driver().Open());
     host.initialise();
     const double before = host.driver().GetAxisValue("x");

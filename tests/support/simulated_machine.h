@@ -22,11 +22,12 @@ public:
             clock = std::make_unique<zendrix::sim::LeapingClock>();
         else
             clock = std::make_unique<zendrix::sim::ScaledClock>(1.0);
-        m_server = std::make_unique<zendrix::sim::Server>(zendrix::sim::builtin_machine(), options,
-                                                          std::move(clock));
-        const std::string port = std::to_string(m_server->start());
-        m_directory.file("m2zendrix.ini",
-                         "[connection]\nhost=127.0.0.1\nport=" + port + "\n[Settings]\n" + settings);
+        start(zendrix::sim::builtin_machine(), options, std::move(clock), settings);
+    }
+
+    SimulatedMachine(const zendrix::sim::MachineDescription& description,
+                     std::unique_ptr<zendrix::sim::Clock> clock, const std::string& settings = "") {
+        start(description, {}, std::move(clock), settings);
     }
 
     const std::string name = "m2zendrix";
@@ -34,6 +35,15 @@ public:
     zendrix::sim::Server& server() { return *m_server; }
 
 private:
+    void start(const zendrix::sim::MachineDescription& description,
+               const zendrix::sim::ServerOptions& options, std::unique_ptr<zendrix::sim::Clock> clock,
+               const std::string& settings) {
+        m_server = std::make_unique<zendrix::sim::Server>(description, options, std::move(clock));
+        const std::string port = std::to_string(m_server->start());
+        m_directory.file("m2zendrix.ini",
+                         "[connection]\nhost=127.0.0.1\nport=" + port + "\n[Settings]\n" + settings);
+    }
+
     TemporaryDirectory m_directory;
     std::unique_ptr<zendrix::sim::Server> m_server;
 };
