@@ -51,8 +51,9 @@ void press_key(Hub& hub, Arguments& arguments) {
 }
 
 void emergency(Hub& hub, Arguments& arguments) {
-    if (only_flag(arguments)) return hub.press_emergency();
-    hub.raise(Event::emergency_passive);
+    if (!only_flag(arguments)) return hub.raise(Event::emergency_passive);
+    hub.press_emergency();
+    hub.advance();
 }
 
 // A word that there is; `commands` itself and the way back can't be taken away.
