@@ -52,12 +52,19 @@ void tell(const Streams& streams, const std::string& text, const std::string& wa
     streams.err.flush();
 }
 
+bool lacks_its_part(const CLI::App& verb) {
+    return verb.get_require_subcommand_min() > 0 && verb.get_subcommands().empty();
+}
+
 // What is wrong with the arguments, in our words.
 HostError mistake_of(const CLI::App& app, const CLI::ParseError& error) {
     const auto chosen = app.get_subcommands();
     const auto rest = app.remaining();
-    const std::string mistake =
-        chosen.empty() && !rest.empty() ? "there is no verb or option '" + rest.front() + "'" : error.what();
+    std::string mistake = error.what();
+    if (chosen.empty() && !rest.empty())
+        mistake = "there is no verb or option '" + rest.front() + "'";
+    else if (!rest.empty() && lacks_its_part(*chosen.front()))
+        mistake = "there is no '" + chosen.front()->get_name() + " " + rest.front() + "'";
     return HostError(ExitStatus::WrongUsage, mistake,
                      "see: zxhost " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help");
 }

@@ -10,11 +10,7 @@ std::string way_out_of(const std::string& error) {
     };
     // The first that fits counts: a text comes before those that are part of it.
     static constexpr Hint hints[] = {
-        {"unknown axis", "see the machine's axes with: zxhost axes"},
-        {"invalid axis", "see the machine's axes with: zxhost axes"},
         {"no axis specified", "name at least one axis"},
-        {"argument out of range", "see how far each axis goes with: zxhost axes"},
-        {"invalid argument", "see how far each axis goes with: zxhost axes"},
         {"machine: not initialized", "find the reference marks first with: zxhost init"},
         {"machine is in use", "another client has the machine: wait until it is free"},
         {"wrong state", "another action is running, or another client has the machine: wait for its end"},
@@ -23,7 +19,7 @@ std::string way_out_of(const std::string& error) {
         {"keypad: enabled", "take the axes back from the keypad with: zxhost keypad disable"},
         {"probesystem not loaded", "load one with: zxhost probesystem load NAME ID"},
         {"probesystem already defined", "forget it first with: zxhost probesystem delete NAME ID"},
-        {"probesystem", "see those of the machine with: zxhost probesystems"},
+        {"undefined probesystem", "see those of the machine with: zxhost probesystems"},
         {"undefined probe", "see those that are defined with: zxhost probes"},
         {"undefined tip", "see those that are defined with: zxhost probes"},
         {"invalid probe number", "see the highest number with: zxhost probes"},
@@ -41,6 +37,13 @@ std::string way_out_of(const std::string& error) {
         {"scanbase axis is inactive", "see which axes are active with: zxhost axes"},
         {"invalid scanbase axes combination",
          "a scan base takes one axis, or several active ones of x, y, z and c"},
+        {"probe offset: invalid axis", "a tip has x, y and z"},
+        {"probesystem", "see those of the machine with: zxhost probesystems"},
+        {"probe define: ", "see how others are defined with: zxhost probes"},
+        {"unknown axis", "see the machine's axes with: zxhost axes"},
+        {"invalid axis", "see the machine's axes with: zxhost axes"},
+        {"argument out of range", "see how far each axis goes with: zxhost axes"},
+        {"invalid argument", "see how far each axis goes with: zxhost axes"},
     };
     for (const Hint& hint : hints)
         if (error.find(hint.part) != std::string::npos) return std::string(hint.way_out);
