@@ -51,16 +51,16 @@ void Rehearsal::examine(const Action& action) {
     action.make(&channel);
 }
 
-std::vector<Finding> Rehearsal::take_findings() {
+std::vector<Remark> Rehearsal::take_remarks() {
     m_has_examined = false;
-    return std::exchange(m_findings, {});
+    return std::exchange(m_remarks, {});
 }
 
 void Rehearsal::wrong(const std::string& text, const std::string& way_out) {
-    m_findings.push_back({true, text, way_out});
+    m_remarks.push_back({true, text, way_out});
 }
 
-void Rehearsal::cannot_know(const std::string& text) { m_findings.push_back({false, text, ""}); }
+void Rehearsal::cannot_know(const std::string& text) { m_remarks.push_back({false, text, ""}); }
 
 // Axes, and the machine's other values: those stand in no list, but have a value.
 void Rehearsal::readable(const std::string& name) {
@@ -111,8 +111,10 @@ void Rehearsal::within_travel(const std::string& axis, double value) {
 void Rehearsal::target(const std::string& axis, const MMachAxisTarget& target) {
     const MMachAxisInfo& info = *GetAxisInfo(axis);
     const bool is_limit = std::abs(target.value) == std::numeric_limits<double>::max();
-    if (is_limit && has_limits(info)) {
-        m_positions[axis] = target.value < 0.0 ? info.number1 : info.number2;
+    if (is_limit) {
+        m_positions[axis] = !has_limits(info)    ? std::nullopt
+                            : target.value < 0.0 ? std::optional(info.number1)
+                                                 : std::optional(info.number2);
         return;
     }
     std::optional<double> value = target.value;
@@ -146,10 +148,10 @@ void Rehearsal::arc(const MMachCircle& circle) {
         const double radians = angle * std::numbers::pi / 180.0;
         m_positions["x"] = numbers[0] + numbers[3] * std::cos(radians);
         m_positions["y"] = numbers[1] + numbers[3] * std::sin(radians);
-        const std::size_t before = m_findings.size();
+        const std::size_t before = m_remarks.size();
         if (x) within_travel("x", *m_positions["x"]);
         if (y) within_travel("y", *m_positions["y"]);
-        return m_findings.size() == before;
+        return m_remarks.size() == before;
     };
     const std::vector<double> angles = outermost_angles(numbers[4], numbers[5]);
     if (std::all_of(angles.begin(), angles.end(), check)) check(numbers[4] + numbers[5]);

@@ -17,7 +17,7 @@ struct Action;
 // Thrown where a verb waits for what a rehearsal doesn't bring: the verb's part is over, and was good.
 struct RehearsalIsOver {};
 
-struct Finding {
+struct Remark {
     bool is_wrong = true;  // else it can't be known before the machine does it
     std::string text;
     std::string way_out;  // may be empty
@@ -32,11 +32,11 @@ public:
     MMachAbstract& machine() { return *this; }
     void examine(const Action& action);
 
-    // An action was examined since the findings were taken: what a verb says from then on is about results
+    // An action was examined since the remarks were taken: what a verb says from then on is about results
     // that no machine gave.
     bool has_examined() const { return m_has_examined; }
-    std::vector<Finding> take_findings();
-    void add(Finding finding) { m_findings.push_back(std::move(finding)); }
+    std::vector<Remark> take_remarks();
+    void add(Remark remark) { m_remarks.push_back(std::move(remark)); }
 
     // What the factories' arguments ask for. No command is made: each of these returns null.
     MMachGetCommand* NewMMachGetCommand(MOutputChannel*, const std::vector<std::string>& axes) override;
@@ -101,7 +101,7 @@ private:
     void known_probe(long probe, long tip);
     void known_probesystem(const std::string& name, long id);
 
-    std::vector<Finding> m_findings;
+    std::vector<Remark> m_remarks;
     bool m_has_examined = false;
     bool m_initializes = false;  // a line before did, or the gap has been told
     bool m_may_stand_anywhere = false;

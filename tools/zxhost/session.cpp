@@ -69,7 +69,7 @@ Session::Session(const Settings& settings, const Streams& streams, SessionOption
       m_prose(m_host.out()) {}
 
 void Session::run() {
-    make_output_directory(m_options.out);
+    if (!m_host.settings().rehearsal) make_output_directory(m_options.out);
     introduce();
     go_to_start();
     measure();
@@ -132,7 +132,9 @@ void Session::measure() {
     const double* const circle = m_circle.parameters;
     const std::string line = fmt::format("scancircle centre {} {} {} radius {} start {} sweep {}", circle[0],
                                          circle[1], circle[2], circle[3], circle[4], circle[5]);
-    ScanWriter csv(file("ring.csv"), {m_machine, probe_text(machine), m_time, line, data, {}});
+    std::optional<ScanWriter> csv;
+    if (!m_host.settings().rehearsal)
+        csv.emplace(file("ring.csv"), ScanHeader{m_machine, probe_text(machine), m_time, line, data, {}});
     const auto scan = [&] {
         command(line,
                 {.name = "scancircle",
@@ -142,14 +144,17 @@ void Session::measure() {
                          return machine.NewMMachScancircleCommand(channel, m_circle);
                      },
                  .take = draining<MMachScancircleCommand>({[&](const std::vector<double>& point) {
-                                                               csv.add(point);
+                                                               csv->add(point);
                                                                if (point.size() >= 2)
                                                                    m_points.push_back({point[0], point[1]});
                                                            },
-                                                           [&] { csv.flush(); }}),
+                                                           [&] { csv->flush(); }}),
                  .progress = [&] { return std::to_string(m_points.size()) + " points"; }});
     };
-    fill_scan_file(csv, scan);
+    if (csv)
+        fill_scan_file(*csv, scan);
+    else
+        scan();
 }
 
 // Away from the part first, then up, then home.

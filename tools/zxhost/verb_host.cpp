@@ -46,7 +46,7 @@ void VerbHost::run(const Action& action) {
     m_action = &action;
     const CommandResult result = m_loop.run(action.make, action.take);
     m_action = nullptr;
-    if (action.progress) show_progress(action);
+    if (action.progress && result.errors.empty()) show_progress(action);
     m_progress.end();
     if (!result.good()) throw error_of(action.name, result.aborted, result.errors);
 }

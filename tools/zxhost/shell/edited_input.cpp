@@ -95,6 +95,7 @@ LineInput::Got EditedInput::read(const Shell& shell, std::string& line) {
     m_shell = &shell;
     m_prompt = shell.prompt();
     m_was_interrupted = false;
+    el_set(m_edit, EL_PREP_TERM, 1);  // from the prompt on, what is typed shows where it belongs
     int count = 0;
     const char* const text = el_gets(m_edit, &count);
     m_shell = nullptr;

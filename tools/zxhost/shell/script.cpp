@@ -73,10 +73,10 @@ void examine(const std::vector<std::string>& words, const Settings& settings, Sc
     } catch (const HostError& error) {
         if (error.status == ExitStatus::NoConnection) throw;
         if (!rehearsal.has_examined())
-            report.findings.push_back({line, error.status, {true, error.what(), error.way_out}});
+            report.remarks.push_back({line, error.status, {true, error.what(), error.way_out}});
     }
-    for (Finding& finding : rehearsal.take_findings())
-        report.findings.push_back({line, ExitStatus::MachineError, std::move(finding)});
+    for (Remark& remark : rehearsal.take_remarks())
+        report.remarks.push_back({line, ExitStatus::MachineError, std::move(remark)});
 }
 
 }  // namespace
@@ -105,7 +105,7 @@ ScriptReport check_script(const std::string& file, const Settings& settings) {
             examine(words, lines, report, number);
         } catch (const HostError& error) {
             if (error.status == ExitStatus::NoConnection) throw;
-            report.findings.push_back({number, error.status, {true, error.what(), error.way_out}});
+            report.remarks.push_back({number, error.status, {true, error.what(), error.way_out}});
         }
     });
     return report;

@@ -21,15 +21,15 @@ constexpr std::size_t deepest_script = 16;
 // file and the line's number in front of its text.
 void play_script(const std::string& file, const Settings& settings, const Streams& streams);
 
-struct LineFinding {
+struct LineRemark {
     std::uint64_t line = 0;
     ExitStatus status = ExitStatus::Done;  // with which the script would end there
-    Finding finding;
+    Remark remark;
 };
 
 struct ScriptReport {
     std::uint64_t lines = 0;  // that say something
-    std::vector<LineFinding> findings;
+    std::vector<LineRemark> remarks;
 };
 
 // Examines each line in `settings.rehearsal`. Throws HostError if the file can't be read, plays itself, or if

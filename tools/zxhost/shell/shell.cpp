@@ -135,7 +135,9 @@ void Shell::add_own_verbs(LineApp& line) {
     add_list_verb(
         app, line.program(),
         {.name = "help", .description = "Show the verbs; VERB --help tells more of one", .example = "help"},
-        [&app](const Settings&, const Streams& streams, const Names&) { streams.out << app.help(); });
+        [&app](const Settings&, const Streams& streams, const Names&) {
+            streams.out << app.get_formatter()->make_help(&app, "", CLI::AppFormatMode::Normal);
+        });
 }
 
 // What the machine has said since it was last asked, and whether it is still there.

@@ -21,24 +21,24 @@ struct RunOptions {
 
 Json rows(const ScriptReport& report, bool wrong) {
     Json result = Json::array();
-    for (const LineFinding& each : report.findings) {
-        if (each.finding.is_wrong != wrong) continue;
-        Json row{{"line", each.line}, {"text", each.finding.text}};
-        if (wrong) row["way_out"] = each.finding.way_out;
+    for (const LineRemark& each : report.remarks) {
+        if (each.remark.is_wrong != wrong) continue;
+        Json row{{"line", each.line}, {"text", each.remark.text}};
+        if (wrong) row["way_out"] = each.remark.way_out;
         result.push_back(std::move(row));
     }
     return result;
 }
 
 void write_report(std::ostream& out, const std::string& file, const ScriptReport& report) {
-    for (const LineFinding& each : report.findings) {
-        out << printable(file) << ":" << each.line << ": " << (each.finding.is_wrong ? "" : "not known: ")
-            << printable(each.finding.text) << "\n";
-        if (!each.finding.way_out.empty()) out << "        " << each.finding.way_out << "\n";
+    for (const LineRemark& each : report.remarks) {
+        out << printable(file) << ":" << each.line << ": " << (each.remark.is_wrong ? "" : "not known: ")
+            << printable(each.remark.text) << "\n";
+        if (!each.remark.way_out.empty()) out << "        " << each.remark.way_out << "\n";
     }
     const std::size_t wrong = rows(report, true).size();
     out << printable(file) << ": " << report.lines << " lines to run, " << wrong << " wrong";
-    if (const std::size_t unknown = report.findings.size() - wrong)
+    if (const std::size_t unknown = report.remarks.size() - wrong)
         out << ", " << unknown << (unknown == 1 ? " thing" : " things") << " that only the run will tell";
     out << "\n";
 }
@@ -53,17 +53,17 @@ void show_report(const Settings& settings, std::ostream& out, const std::string&
     else
         write_report(out, file, report);
     out.flush();
-    const auto first = std::find_if(report.findings.begin(), report.findings.end(),
-                                    [](const LineFinding& each) { return each.finding.is_wrong; });
-    if (first != report.findings.end())
+    const auto first = std::find_if(report.remarks.begin(), report.remarks.end(),
+                                    [](const LineRemark& each) { return each.remark.is_wrong; });
+    if (first != report.remarks.end())
         throw HostError::told_already(first->status, file + ": there are wrong lines");
 }
 
-// A script within one that is examined: its findings become those of the line that plays it.
+// A script within one that is examined: its remarks become those of the line that plays it.
 void examine_inside(const std::string& file, const Settings& settings) {
-    for (LineFinding& each : check_script(file, settings).findings) {
-        each.finding.text = file + ":" + std::to_string(each.line) + ": " + each.finding.text;
-        settings.rehearsal->add(std::move(each.finding));
+    for (LineRemark& each : check_script(file, settings).remarks) {
+        each.remark.text = file + ":" + std::to_string(each.line) + ": " + each.remark.text;
+        settings.rehearsal->add(std::move(each.remark));
     }
 }
 
