@@ -43,7 +43,7 @@ protected:
                               const Words& says) {
         EXPECT_EQ(result.exit_status, status) << result.out << result.err;
         EXPECT_EQ(result.err.rfind("zxhost: doctor: " + rung + ": ", 0), 0U) << result.err;
-        EXPECT_NE(result.out.find("\nbroken  " + rung), std::string::npos) << result.out;
+        EXPECT_NE(("\n" + result.out).find("\nbroken  " + rung), std::string::npos) << result.out;
         for (const std::string& text : says)
             EXPECT_NE(result.err.find(text), std::string::npos) << result.err;
     }
