@@ -21,7 +21,7 @@ namespace serverdll {
 namespace {
 
 constexpr std::int64_t default_baud = 115200;
-constexpr milliseconds farewell_patience{200};
+constexpr milliseconds farewell_patience{1000};
 
 struct LineAddress {
     std::string device;

@@ -70,11 +70,9 @@ TEST_P(Assumptions, CallbacksRunOnOneThreadThatIsNotTheCallers) {
 }
 
 TEST_P(Assumptions, WhatPrecedesTheEndOfATransactionIsToldBeforeItsCompletion) {
-    std::string id;
-    play([&](Peer& peer) {
+    play([](Peer& peer) {
         peer.hello();
         const Request request = peer.expect("scan");
-        id = std::to_string(std::stol(request.id));
         peer.send("0000\tevent \"measurement begin\"\r\n");
         peer.answer(request, {"accepted"});
         std::string text;
@@ -87,6 +85,7 @@ TEST_P(Assumptions, WhatPrecedesTheEndOfATransactionIsToldBeforeItsCompletion) {
     });
     long tid = 0;
     EXPECT_TRUE(client->Scan(0, nullptr, &tid));
+    const std::string id = std::to_string(tid);
     ASSERT_TRUE(record.wait_for(505));
     Texts expected = {"event measurement begin"};
     for (int i = 1; i <= 500; ++i) expected.push_back("point " + std::to_string(i) + " 0.5");
@@ -361,11 +360,12 @@ TEST_P(Assumptions, ClosingFailsThoseWhoWait) {
     });
     client->ThrowExceptions(true);
     std::vector<std::future<std::string>> calls;
+    CZendrixCOM& closing = *client;
     for (int i = 0; i < 3; ++i) {
-        calls.push_back(std::async(std::launch::async, [this, i] {
+        calls.push_back(std::async(std::launch::async, [&closing, i] {
             double value = 0.0;
             long tid = 0;
-            return test::thrown([&] { i == 0 ? client->Init(&tid) : client->Get("x", &value); });
+            return test::thrown([&] { i == 0 ? closing.Init(&tid) : closing.Get("x", &value); });
         }));
     }
     arrived.wait();
