@@ -100,11 +100,11 @@ void Rehearsal::together(const AxisSet& axes, Together possible, const std::stri
 void Rehearsal::within_travel(const std::string& axis, double value) {
     const MMachAxisInfo& info = *GetAxisInfo(axis);
     if (has_limits(info) && !(value >= info.number1 && value <= info.number2))
-        wrong(fmt::format("{} = {} is beyond its travel from {} to {}", printable(axis), value, info.number1,
-                          info.number2),
+        wrong(fmt::format("{} = {:.9g} is beyond its travel from {:.9g} to {:.9g}", printable(axis), value,
+                          info.number1, info.number2),
               "see how far each axis goes with: zxhost axes");
     if (info.step == 0.0 && !info.values.empty() && !info.values.contains(value))
-        wrong(fmt::format("{} can't rest at {}", printable(axis), value),
+        wrong(fmt::format("{} can't rest at {:.9g}", printable(axis), value),
               "see where it rests with: zxhost --format json axes");
 }
 

@@ -136,10 +136,6 @@ int EditedInput::next_character(EditLine* edit, wchar_t* character) {
 // Shows what the machine says until there is something to read; false when Ctrl-C came.
 bool EditedInput::wait() {
     for (;;) {
-        if (InterruptMemory::take()) {
-            m_was_interrupted = true;
-            return false;
-        }
         el_resize(m_edit);
         const std::string news = m_shell->news();
         const std::string new_prompt = m_shell->prompt();
@@ -148,7 +144,12 @@ bool EditedInput::wait() {
             m_prompt = new_prompt;
             el_set(m_edit, EL_REFRESH);
         }
-        if (os::wait_for_input(longest_sleep)) return true;
+        const bool is_ready = os::wait_for_input(longest_sleep);
+        if (InterruptMemory::take()) {
+            m_was_interrupted = true;
+            return false;
+        }
+        if (is_ready) return true;  // keys behind a Ctrl-C belong to the next line
     }
 }
 
