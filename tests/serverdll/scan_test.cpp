@@ -198,9 +198,11 @@ TEST_F(Scanning, AQueueOverItsLimitEndsTheConnection) {
     play([](Peer& peer) {
         peer.hello();
         const Request request = peer.expect("scan", {"accepted"});
+        std::string values;
+        for (int i = 0; i < 50; ++i) values += " 1";
         std::string text;
-        for (int i = 1; i <= 400000; ++i)
-            text += request.id + "\tpoint " + std::to_string(i) + " 1 2 3 4\r\n";
+        for (int i = 1; i <= 65000; ++i)
+            text += request.id + "\tpoint " + std::to_string(i) + values + "\r\n";
         peer.send(text);
         peer.wait_for_close();
     });
