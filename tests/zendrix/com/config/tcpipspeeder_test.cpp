@@ -20,16 +20,19 @@ const std::string set = "CTcpIpSpeeder::SetMaxTCPIPSpeed";
 
 class SpeederTest : public testing::Test {
 protected:
-    SpeederTest() {
-        recording::reset();
-        recording::set_trace_level(5);
-    }
+    SpeederTest() { forget(5); }
     ~SpeederTest() override {
         EXPECT_EQ(registry.open_keys(), 0U) << "a key is left open";
         EXPECT_EQ(log(), Lines()) << "lines that no test asked for";
         EXPECT_EQ(recording::error_trace().size(), m_expectedTrace);
     }
 
+    // Forgets all that was reported.
+    void forget(int level = 5) {
+        recording::reset();
+        recording::set_trace_level(level);
+        m_seen = 0;
+    }
     Lines log() {
         Lines lines = recording::error_log();
         lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(m_seen));
@@ -46,9 +49,7 @@ protected:
     }
     bool fast(const std::string& host) {
         EXPECT_EQ(log(), Lines()) << "lines that no test asked for";
-        recording::reset();
-        recording::set_trace_level(5);
-        m_seen = 0;
+        forget(5);
         return speeder.HasMaxTCPIPSpeed(host);
     }
     bool has_shape(std::string host) { return CTcpIpSpeeder::MakeTargetIPAddress(host); }
@@ -95,8 +96,7 @@ TEST_F(SpeederTest, TheTrimmedTextIsTheTarget) {
 TEST_F(SpeederTest, AByteThatEndsNoGroupIsNoRegularAddress) {
     for (const std::string bad : {"a.b.c.d", "1234.1.1.1", "1..2.3", ".1.2.3", "1.2.3.x", "1.2 .3.4",
                                   "-1.2.3.4", "1,2,3,4", "12345678901234567890.1.1.1", "\xff"}) {
-        recording::reset();
-        recording::set_trace_level(5);
+        forget(5);
         EXPECT_FALSE(has_shape(bad)) << bad;
         EXPECT_EQ(traced(5), Lines{"'Maximum TCP/IP speed' skipped, host (" + bad +
                                    ") is no regular IP address (123.456.789.1)"});
@@ -107,8 +107,7 @@ TEST_F(SpeederTest, AByteThatEndsNoGroupIsNoRegularAddress) {
 
 TEST_F(SpeederTest, AnotherNumberOfGroupsIsNoTripleDottedAddress) {
     for (const std::string bad : {"1.2.3", "1.2.3.4.5", "1.2.3.", "1.2.3.1234", "", " \t", "7"}) {
-        recording::reset();
-        recording::set_trace_level(5);
+        forget(5);
         std::string host = bad;
         EXPECT_FALSE(CTcpIpSpeeder::MakeTargetIPAddress(host)) << bad;
         EXPECT_EQ(host, bad);
@@ -454,8 +453,7 @@ TEST_F(SettingsTest, Version5SetsTheTicks) {
     speeder.SetMaxTCPIPSpeed("10.0.0.5", true);
     EXPECT_EQ(number("TcpDelAckTicks"), 0U);
     EXPECT_TRUE(is_fast());
-    recording::reset();
-    recording::set_trace_level(4);
+    forget(4);
     speeder.SetMaxTCPIPSpeed("10.0.0.5", false);
     EXPECT_EQ(number("TcpDelAckTicks"), 2U);
     EXPECT_EQ(traced(4), Lines{"Win2000 TCP/IP TcpDelAckTicks speedup value 2"});
@@ -468,8 +466,7 @@ TEST_F(SettingsTest, Version5SetsTheTicks) {
 
 TEST_F(SettingsTest, LaterVersionsSetBoth) {
     for (const bool on : {true, false}) {
-        recording::reset();
-        recording::set_trace_level(4);
+        forget(4);
         speeder.SetMaxTCPIPSpeed("10.0.0.5", on);
         EXPECT_EQ(number("TcpDelAckTicks"), 2U);
         EXPECT_EQ(number("TcpAckFrequency"), on ? 1U : 2U);
@@ -486,13 +483,12 @@ TEST_F(SettingsTest, AValueThatCannotBeSetDoesNotStopTheOther) {
     EXPECT_EQ(log(), Lines{cannot(set, "TcpDelAckTicks", 5)});
     EXPECT_EQ(number("TcpAckFrequency"), 1U);
     registry.fail("set", "TcpAckFrequency", 6);
-    recording::reset();
-    recording::set_trace_level(4);
+    forget(4);
     CTcpIpSpeeder(registry).SetMaxTCPIPSpeed("10.0.0.5", true);
     EXPECT_EQ(recording::error_log(),
               (Lines{cannot(set, "TcpDelAckTicks", 5), cannot(set, "TcpAckFrequency", 6)}));
     EXPECT_TRUE(traced(4).empty());
-    recording::reset();
+    forget();
 }
 
 TEST_F(SpeederTest, ReportsNameTheirSource) {
