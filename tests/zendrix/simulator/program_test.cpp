@@ -5,6 +5,7 @@
 #include <string>
 
 #include "net/lineclient.h"
+#include "net/serialclient.h"
 #include "process.h"
 
 namespace zendrix::sim {
@@ -46,6 +47,28 @@ TEST(Program, InterruptedInAMotionItStopsTheMachineFirst) {
     const ProcessResult result = simulator.process.wait();
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_EQ(result.err, "client connected\nclient gone\n");
+}
+
+TEST(Program, ServesASerialLineInSoftware) {
+    Process process(ZENDRIX_SIM, {"--serial-terminal", "--speed", "max"});
+    ASSERT_TRUE(process.wait_for("\n"));
+    const std::string begin = "listening on ";
+    ASSERT_EQ(process.out().substr(0, begin.size()), begin);
+    SerialClient line(process.out().substr(begin.size(), process.out().size() - begin.size() - 1));
+    line.say("0000\thello");
+    EXPECT_TRUE(line.reaches("0000\thello \"Round 4\" 3.0 simulated"));
+    line.say("0001\tping");
+    EXPECT_EQ(line.line(), "0001\tready");
+    process.send_signal(SIGTERM);
+    EXPECT_EQ(process.wait().exit_status, 0);
+}
+
+TEST(Program, ASerialLineThatCannotBeHadIsTold) {
+    const ProcessResult missing = run_process(ZENDRIX_SIM, {"--serial", "COM999"});
+    EXPECT_EQ(missing.exit_status, 1);
+    EXPECT_EQ(missing.err, "zendrix-sim: cannot listen on /dev/ttyS998: No such file or directory\n");
+    EXPECT_EQ(run_process(ZENDRIX_SIM, {"--serial", "COM1", "--port", "7073"}).exit_status, 2);
+    EXPECT_EQ(run_process(ZENDRIX_SIM, {"--serial", "COM1", "--serial-terminal"}).exit_status, 2);
 }
 
 TEST(Program, OptionsReachTheServer) {

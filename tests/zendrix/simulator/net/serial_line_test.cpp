@@ -1,54 +1,15 @@
 // The server at a serial line: conversations without connections.
 #include <gtest/gtest.h>
 
-#include <asio.hpp>
 #include <future>
 #include <optional>
-#include <string>
 
+#include "net/serialclient.h"
 #include "net/server.h"
-#include "os/serial.h"
 #include "rig.h"
 
 namespace zendrix::sim {
 namespace {
-
-// The client's end of a line. Every wait is bounded.
-class Line {
-public:
-    explicit Line(const std::string& device) : m_port(m_io, device) {}
-
-    void say(const std::string& line) { asio::write(m_port, asio::buffer(line + "\r\n")); }
-
-    std::optional<std::string> line(std::chrono::milliseconds bound = std::chrono::seconds(20)) {
-        std::size_t length = 0;
-        asio::async_read_until(m_port, asio::dynamic_buffer(m_buffer), '\n',
-                               [&](asio::error_code, std::size_t count) { length = count; });
-        m_io.restart();
-        m_io.run_for(bound);
-        if (length == 0) {
-            m_port.cancel();
-            m_io.restart();
-            m_io.run();
-            return std::nullopt;
-        }
-        std::string found = m_buffer.substr(0, length - 2);
-        m_buffer.erase(0, length);
-        return found;
-    }
-
-    // The next line that is this one; the others before it are thrown away.
-    bool reaches(const std::string& wanted) {
-        while (const std::optional<std::string> next = line())
-            if (*next == wanted) return true;
-        return false;
-    }
-
-private:
-    asio::io_context m_io;
-    asio::serial_port m_port;
-    std::string m_buffer;
-};
 
 struct SerialServer {
     explicit SerialServer(ServerOptions options = {},
@@ -70,7 +31,7 @@ const char* const hello = "0000\thello \"Plain\" 3.0 simulated";
 
 TEST(SerialLine, IsSilentUntilSomebodyAsksForTheHello) {
     SerialServer running;
-    Line line(running.server.place());
+    SerialClient line(running.server.place());
     line.say("0001\tping");
     line.say("garbage");
     line.say(ask);
@@ -82,7 +43,7 @@ TEST(SerialLine, IsSilentUntilSomebodyAsksForTheHello) {
 
 TEST(SerialLine, AnotherHelloBeginsAnew) {
     SerialServer running({}, std::make_unique<ManualClock>());
-    Line line(running.server.place());
+    SerialClient line(running.server.place());
     line.say(ask);
     ASSERT_TRUE(line.reaches(hello));
     line.say("0001\tmachine get");
@@ -102,7 +63,7 @@ TEST(SerialLine, AnotherHelloBeginsAnew) {
 
 TEST(SerialLine, AFarewellEndsTheConversation) {
     SerialServer running({}, std::make_unique<ScaledClock>(1.0));
-    Line line(running.server.place());
+    SerialClient line(running.server.place());
     line.say(ask);
     ASSERT_TRUE(line.reaches(hello));
     line.say("0001\tmove \"x\"=90");
@@ -118,7 +79,7 @@ TEST(SerialLine, AFarewellEndsTheConversation) {
 
 TEST(SerialLine, AClientThatReadNothingLeavesItsSuccessorLittle) {
     SerialServer running;
-    Line line(running.server.place());
+    SerialClient line(running.server.place());
     line.say(ask);
     line.say("0001\tset \"scanstep\"=0.01");
     line.say("0002\tmove \"x\"=20");
@@ -145,7 +106,7 @@ TEST(SerialLine, ALineThatWasGivenUpIsServedAgain) {
         if (text == "line open" && ++count == 2) opened_again.set_value();
     };
     SerialServer running(std::move(options));
-    Line line(running.server.place());
+    SerialClient line(running.server.place());
     line.say(ask);
     ASSERT_TRUE(line.reaches(hello));
     line.say("0001\tping");
@@ -163,7 +124,7 @@ TEST(SerialLine, ALineThatWasGivenUpIsServedAgain) {
 
 TEST(SerialLine, EndsWithTheServer) {
     std::optional<SerialServer> running(std::in_place);
-    Line line(running->server.place());
+    SerialClient line(running->server.place());
     line.say(ask);
     ASSERT_TRUE(line.reaches(hello));
     running.reset();
