@@ -21,7 +21,8 @@ HostError error_of(const std::string& name, bool aborted, const std::vector<std:
     std::string text = name + ": ";
     if (aborted) text += "aborted";
     for (const std::string& error : errors) text += (text.ends_with(": ") ? "" : "; ") + printable(error);
-    return HostError(ExitStatus::MachineError, text, errors.empty() ? "" : way_out_of(name + ": " + errors.front()));
+    return HostError(ExitStatus::MachineError, text,
+                     errors.empty() ? "" : way_out_of(name + ": " + errors.front()));
 }
 
 }  // namespace
