@@ -1,6 +1,7 @@
 // Scripts from outside: played, and only checked.
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -71,6 +72,38 @@ TEST_F(ScriptTest, AScriptPlaysAnotherAndBothPlacesAreNamed) {
     expect_stop(outer, 1, outer + ":2: " + inner + ":2: ");
     EXPECT_EQ(value("y"), 4.0);
     EXPECT_EQ(value("x"), 2.0);
+}
+
+TEST_F(ScriptTest, CtrlCStopsTheActionAndTheScript) {
+    const Simulator slow({"--speed", "1"});
+    const std::string file = write("part.zx", "move z=0\nmove x=5\n");
+    const auto process = host.start(slow, {"--progress", "run", file});
+    ASSERT_TRUE(process->wait_for("move: z"));
+    process->send_signal(SIGINT);
+    const ProcessResult result = process->wait();
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_NE(result.err.find("zxhost: " + file + ":1: move: aborted"), std::string::npos) << result.err;
+}
+
+TEST_F(ScriptTest, CtrlCThatEndsAVerbWellStopsTheScriptToo) {
+    const std::string file = write("part.zx", "events\nmove x=5\n");
+    const auto process = host.start(machine, {"run", file});
+    ASSERT_TRUE(process->wait_for("Ctrl-C ends"));
+    ASSERT_EQ(host.run(machine, {"move", "y=1"}).exit_status, 0);
+    ASSERT_TRUE(process->wait_for("movement: end"));  // the verb watches for Ctrl-C by now
+    process->send_signal(SIGINT);
+    const ProcessResult result = process->wait();
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_NE(result.err.find(file + ":1: aborted"), std::string::npos) << result.err;
+    EXPECT_EQ(value("x"), 0.0);
+}
+
+TEST_F(ScriptTest, TheVerbsHaveHelpWithAnExample) {
+    for (const char* verb : {"run", "shell"}) {
+        const ProcessResult help = host.run({verb, "--help"});
+        EXPECT_EQ(help.exit_status, 0);
+        EXPECT_NE(help.out.find("example: zxhost "), std::string::npos) << help.out;
+    }
 }
 
 TEST_F(ScriptTest, ALostMachineEndsItWithItsStatus) {
