@@ -1,6 +1,5 @@
 // zxhost probesystems, and zxhost probesystem load|unload|define|delete.
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cmath>
 #include <iterator>
 #include <nlohmann/json.hpp>
