@@ -16,6 +16,7 @@ enum class Fault {
     fails,       // with the error that was asked for; a close does its work all the same
     moves_half,  // a read or write moves half of its bytes and succeeds
     moves_none,  // a read or write moves nothing and succeeds
+    none,        // it does its work
 };
 
 class FaultyFiles final : public os::FileSystem {
@@ -41,6 +42,13 @@ public:
 
     // Is called before a call fails, and behind a write that comes short.
     void on_fault(std::function<void()> action) { m_action = std::move(action); }
+
+    // Something happens just before the n-th call of an operation, which then does its work.
+    void before(const std::string& operation, int nth, std::function<void()> action) {
+        m_operation = operation;
+        spoil(nth, Fault::none, 0);
+        on_fault(std::move(action));
+    }
 
     // The operations called so far, how often one of them was, and the sizes that reads and writes asked for,
     // as text.
@@ -132,10 +140,10 @@ private:
         if (!m_operation.empty() && m_operation != operation) return true;
         --m_countdown;
         if (m_countdown != 0 && !(m_for_good && m_countdown < 0)) return true;
-        m_short = m_fault != Fault::fails;
+        m_short = m_fault == Fault::moves_half || m_fault == Fault::moves_none;
         if (!m_short && m_action) m_action();
         errno = m_error;
-        return m_short;
+        return m_fault != Fault::fails;
     }
 
     os::FileSystem& m_real;

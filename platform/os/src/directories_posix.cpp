@@ -36,4 +36,10 @@ bool current_directory(std::string& path) {
     return true;
 }
 
+std::string temporary_directory() {
+    std::string path;
+    if (!get_variable("TMPDIR", path) || path.empty()) path = "/tmp";
+    return path.ends_with('/') ? path : path + '/';
+}
+
 }  // namespace os

@@ -171,7 +171,8 @@ public:
     bool find(const char* pattern, std::vector<DirectoryEntry>& out) override {
         const SplitPath path = split(native_path(pattern));
         out.clear();
-        if (path.last == "*.*") return find_matching(path, "*", out);
+        if (is_verbatim(pattern) && !path.last.empty()) return find_literal(path, out);
+        if (path.last == "*.*" || is_verbatim(pattern)) return find_matching(path, "*", out);
         if (find_literal(path, out)) return true;
         if (path.last.find_first_of("*?") == path.last.npos) return false;
         // A '[' is an ordinary byte of a name here.

@@ -58,6 +58,8 @@ public:
     }
 
     bool wait() {
+        // It would never end.
+        if (pthread_equal(m_thread, pthread_self())) return succeeded(EDEADLK);
         WaitLock lock(m_lock);
         while (m_state == State::BeingJoined) lock.wait(m_changed);
         if (m_state == State::Joined) return true;

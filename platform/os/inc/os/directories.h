@@ -15,4 +15,8 @@ bool make_directories(const std::string& path);
 // The current directory of the process. False, with last_error() of os/error.h, if the system refuses.
 bool current_directory(std::string& path);
 
+// The system's directory for files of a moment, with a separator at its end; whether it is there is not
+// looked at.
+std::string temporary_directory();
+
 }  // namespace os

@@ -67,7 +67,8 @@ public:
 
     // The entries that match, sorted by name; at least one on success. "*.*" as the last part means every
     // entry, "." and ".." with them; else the path of an existing entry means that one, and otherwise '*' and
-    // '?' in the last part match.
+    // '?' in the last part match. Of a verbatim path (os/path.h) no last part means every entry, and any
+    // other the one entry of that name.
     virtual bool find(const char* pattern, std::vector<DirectoryEntry>& out) = 0;
 
     virtual bool remove(const char* path) = 0;

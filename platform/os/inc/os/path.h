@@ -5,7 +5,16 @@
 
 namespace os {
 
-// The path with every separator turned into the system's own.
+// A path that begins with "\\?\" is verbatim: of what follows, every character but the system's own separator
+// means itself. FileSystem of os/file.h takes such paths too.
+bool is_verbatim(const std::string& path);
+
+// The path of the entry that a listing of the directory gave. `directory` ends in a separator. It is the two
+// together, or verbatim where these would mean something else, as a file's name with a '\' in it does on
+// POSIX.
+std::string entry_path(const std::string& directory, const std::string& name);
+
+// The path with every separator turned into the system's own; of a verbatim path what follows its beginning.
 std::string native_path(const std::string& path);
 
 // Whether a path may begin with a letter and a colon that name a drive.

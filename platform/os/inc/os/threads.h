@@ -27,7 +27,7 @@ public:
     // Another handle of the same thread, to be closed by itself.
     virtual bool duplicate(ThreadHandle handle, ThreadHandle& copy) = 0;
 
-    // Waits until the thread has ended, to the last of what it runs.
+    // Waits until the thread has ended, to the last of what it runs. A thread can't wait for itself.
     virtual bool wait(ThreadHandle handle) = 0;
 
     // For a thread that was waited for.
