@@ -31,4 +31,18 @@ TEST(DirectoriesTest, MakesAllThatIsMissing) {
     EXPECT_FALSE(os::make_directories(directory.path("plain/below")));
 }
 
+TEST(DirectoriesTest, TheTemporaryDirectoryEndsInASeparator) {
+    const char* const before = std::getenv("TMPDIR");
+    const std::string saved = before ? before : "";
+    setenv("TMPDIR", "/a/b", 1);
+    EXPECT_EQ("/a/b/", os::temporary_directory());
+    setenv("TMPDIR", "/a/b/", 1);
+    EXPECT_EQ("/a/b/", os::temporary_directory());
+    setenv("TMPDIR", "", 1);
+    EXPECT_EQ("/tmp/", os::temporary_directory());
+    unsetenv("TMPDIR");
+    EXPECT_EQ("/tmp/", os::temporary_directory());
+    if (before) setenv("TMPDIR", saved.c_str(), 1);
+}
+
 }  // namespace

@@ -161,6 +161,24 @@ TEST_F(FileTest, FindListsSortedByName) {
     EXPECT_EQ(Names{}, names("b[.]*"));
 }
 
+TEST_F(FileTest, AVerbatimPatternIsAName) {
+    write("*.*", os::OpenMode::CreateNew, "all");
+    m_directory.file("a\\b", "");
+    EXPECT_EQ((std::vector<std::string>{}), names("a\\b"));
+    const std::string verbatim = "\\\\?\\" + path("");
+    std::vector<os::DirectoryEntry> found;
+    EXPECT_TRUE(m_files.find((verbatim + "/").c_str(), found));
+    EXPECT_EQ(4U, found.size()) << "with . and ..";
+    EXPECT_TRUE(m_files.find((verbatim + "/*.*").c_str(), found));
+    ASSERT_EQ(1U, found.size());
+    EXPECT_EQ("*.*", found[0].name);
+    EXPECT_TRUE(m_files.find((verbatim + "/a\\b").c_str(), found));
+    EXPECT_FALSE(m_files.find((verbatim + "/a*").c_str(), found));
+    os::FileInfo info;
+    EXPECT_TRUE(m_files.info((verbatim + "/*.*").c_str(), info));
+    EXPECT_EQ(3, info.size);
+}
+
 TEST_F(FileTest, FoundEntriesTellWhatTheyAre) {
     m_directory.file(".hidden", "");
     std::filesystem::create_directory(path("dir"));

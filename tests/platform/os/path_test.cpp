@@ -24,4 +24,18 @@ TEST(PathTest, FullPathIsResolvedByItsText) {
     EXPECT_FALSE(os::has_drive_letters());
 }
 
+TEST(PathTest, AVerbatimPathIsTakenAsItIs) {
+    EXPECT_TRUE(os::is_verbatim("\\\\?\\/a\\b"));
+    EXPECT_FALSE(os::is_verbatim("\\\\a\\b"));
+    EXPECT_EQ("/a\\b", os::native_path("\\\\?\\/a\\b"));
+}
+
+TEST(PathTest, AnEntrysPathIsVerbatimWhereItMust) {
+    EXPECT_EQ("/a\\b", os::entry_path("/a\\", "b"));
+    EXPECT_EQ("/a/*", os::entry_path("/a/", "*"));
+    EXPECT_EQ("\\\\?\\/a/b\\c", os::entry_path("/a\\", "b\\c"));
+    EXPECT_EQ("\\\\?\\/a/*.*", os::entry_path("/a\\", "*.*"));
+    EXPECT_EQ("\\\\?\\/a\\/b", os::entry_path("\\\\?\\/a\\/", "b"));
+}
+
 }  // namespace
