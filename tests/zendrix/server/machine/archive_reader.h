@@ -11,6 +11,7 @@
 
 struct ArchiveEntry {
     std::string name;
+    unsigned flags = 0;
     unsigned method = 0;
     std::uint32_t time = 0;  // as MS-DOS has it, the date in the upper half
     std::uint32_t external_attributes = 0;
@@ -66,6 +67,7 @@ private:
     }
 
     std::size_t read_entry(std::size_t at, ArchiveEntry& entry) {
+        entry.flags = number(at + 8, 2);
         entry.method = number(at + 10, 2);
         entry.time = number(at + 12, 4);
         const std::size_t name_size = number(at + 28, 2);

@@ -247,6 +247,39 @@ TEST_F(ZipperBadInputTest, ARestThatFindsNoRoomFailsTheArchive) {
               own_reports().front());
 }
 
+TEST_F(ZipperBadInputTest, RoomThatComesBackDoesNotMendAnArchive) {
+    tree.file("a", noise(30'000));
+    MZipper zipper;
+    ASSERT_TRUE(zipper.Open(archive_path()));
+    ASSERT_TRUE(zipper.FilesToZippArchive((tree.path() + "/").c_str()));
+    {
+        const FileSizeLimit limit(10'000);
+        zipper.CloseEntry();
+    }
+    EXPECT_FALSE(zipper.Close());
+    EXPECT_EQ((Texts{"MZipper::CloseEntry(): zipCloseFileInZip(" + archive_path() + ") failed: -1"}),
+              own_reports());
+    ASSERT_TRUE(zipper.Open(archive_path()));
+    ASSERT_TRUE(zipper.AddEntry("next"));
+    EXPECT_TRUE(zipper.Close());
+    ASSERT_TRUE(zipper.Open(archive_path()));
+    ASSERT_TRUE(zipper.AddEntry("the next"));
+    EXPECT_TRUE(zipper.Close());
+}
+
+TEST_F(ZipperBadInputTest, AfterOneThatWasAbandonedTheNextArchiveIsWhole) {
+    tree.file("a", "x");
+    MZipper zipper;
+    ASSERT_TRUE(zipper.Open(archive_path()));
+    ASSERT_TRUE(zipper.AddEntry("left"));
+    zipper.Abandon();
+    EXPECT_EQ(34U, temporary.content("backup_tmp.zip").size()) << "the entry's header alone";
+    ASSERT_TRUE(zipper.Open(archive_path()));
+    ASSERT_TRUE(zipper.FilesToZippArchive((tree.path() + "/").c_str()));
+    EXPECT_TRUE(zipper.Close());
+    EXPECT_EQ((Texts{in_archive("a")}), names(temporary.content("backup_tmp.zip")));
+}
+
 TEST_F(ZipperBadInputTest, AnothersFileIsNotWrittenTo) {
     tree.file("a", "x");
     temporary.file("backup_tmp.zip", "mine");

@@ -124,6 +124,7 @@ TEST_F(ZipperTest, EntriesHaveTheTimeOfNowAndNothingMore) {
     EXPECT_LE(before, entries[0].time);
     EXPECT_GE(after, entries[0].time);
     EXPECT_EQ(8U, entries[0].method);
+    EXPECT_EQ(2U, entries[0].flags) << "the best compression, and nothing else";
     EXPECT_EQ(0U, entries[0].external_attributes);
     EXPECT_EQ(0U, entries[0].extra_size);
     EXPECT_EQ(0U, entries[0].comment_size);

@@ -149,8 +149,10 @@ bool MZipper::Open(const std::string& path) {
     m_open = m_zip != nullptr;
     if (!m_open) {
         MERRTRACE_REPORT(source, "%s(): zipOpen64(%s) failed", "MZipper::Open", path.c_str());
+        return false;
     }
-    return m_open;
+    m_entryOpen = false;  // one that an archive before left open is none of this one
+    return true;
 }
 
 bool MZipper::Close() {
