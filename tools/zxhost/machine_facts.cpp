@@ -7,6 +7,7 @@
 
 #include "mmachabstract.h"
 #include "number_text.h"
+#include "quantities.h"
 
 namespace zxhost {
 namespace {
@@ -92,7 +93,7 @@ Json flag_words(std::uint32_t flags) {
 }
 
 Json axis_row(const MMachAxisInfo& axis) {
-    return {{"axis", axis.name},       {"unit", unit_of(axis.name)},
+    return {{"axis", axis.name},       {"unit", unit_of(axis)},
             {"flags", axis.flags},     {"is", flag_words(axis.flags)},
             {"number1", axis.number1}, {"number2", axis.number2},
             {"number3", axis.number3}, {"number4", axis.number4},

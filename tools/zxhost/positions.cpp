@@ -5,17 +5,18 @@
 
 #include "mmachabstract.h"
 #include "number_text.h"
+#include "quantities.h"
 #include "verb_host.h"
 
 namespace zxhost {
 namespace {
 
-Json position_rows(const std::vector<std::string>& axes, const std::vector<double>& values) {
+Json position_rows(const std::vector<Quantity>& axes, const std::vector<double>& values) {
     Json rows = Json::array();
     for (std::size_t i = 0; i < axes.size(); ++i)
-        rows.push_back({{"axis", axes[i]},
+        rows.push_back({{"axis", axes[i].name},
                         {"value", i < values.size() ? Json(values[i]) : Json()},
-                        {"unit", unit_of(axes[i])}});
+                        {"unit", axes[i].unit}});
     return rows;
 }
 
@@ -51,7 +52,8 @@ void show_positions(VerbHost& host, const std::vector<std::string>& axes) {
 }
 
 void show_values(VerbHost& host, const std::vector<std::string>& axes, const std::vector<double>& values) {
-    host.show({{"axis", "axis"}, {"value", "value", 4}, {"unit", "unit"}}, position_rows(axes, values));
+    host.show({{"axis", "axis"}, {"value", "value", 4}, {"unit", "unit"}},
+              position_rows(quantities_of(host.machine(), axes), values));
 }
 
 }  // namespace zxhost

@@ -14,6 +14,7 @@
 #include "number_text.h"
 #include "output_file.h"
 #include "positions.h"
+#include "quantities.h"
 #include "ring_picture.h"
 #include "ring_report.h"
 #include "scan_run.h"
@@ -134,7 +135,8 @@ void Session::measure() {
                                          circle[1], circle[2], circle[3], circle[4], circle[5]);
     std::optional<ScanWriter> csv;
     if (!m_host.settings().rehearsal)
-        csv.emplace(file("ring.csv"), ScanHeader{m_machine, probe_text(machine), m_time, line, data, {}});
+        csv.emplace(file("ring.csv"),
+                    ScanHeader{m_machine, probe_text(machine), m_time, line, data, units_of(machine, data)});
     const auto scan = [&] {
         command(line,
                 {.name = "scancircle",

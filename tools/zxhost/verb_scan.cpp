@@ -6,6 +6,7 @@
 #include "circle_options.h"
 #include "mmachabstract.h"
 #include "number_text.h"
+#include "quantities.h"
 #include "scan_results.h"
 #include "scan_run.h"
 #include "targets.h"
@@ -28,12 +29,9 @@ class PointStore {
 public:
     PointStore(VerbHost& host, const ScanOptions& options, const std::string& what) {
         if (options.csv.empty() || host.settings().rehearsal) return;
-        m_file.emplace(options.csv, ScanHeader{machine_text(host.machine()),
-                                               probe_text(host.machine()),
-                                               time_text(),
-                                               what,
-                                               options.data,
-                                               {}});
+        m_file.emplace(options.csv,
+                       ScanHeader{machine_text(host.machine()), probe_text(host.machine()), time_text(), what,
+                                  options.data, units_of(host.machine(), options.data)});
     }
 
     PointSink sink() {
@@ -54,11 +52,11 @@ public:
         if (m_file) {
             show_file(host, make_results(m_file->file(), results, host.err()));
         } else if (host.wants_json()) {
-            Json units = Json::array();
-            for (const std::string& name : names) units.push_back(unit_of(name));
-            write_json(host.out(), {{"columns", names}, {"units", units}, {"points", m_points}});
+            write_json(
+                host.out(),
+                {{"columns", names}, {"units", units_of(host.machine(), names)}, {"points", m_points}});
         } else {
-            write_table(host.out(), columns(names), rows(names));
+            write_table(host.out(), columns(quantities_of(host.machine(), names)), rows(names));
         }
     }
 
@@ -72,12 +70,9 @@ private:
         write_results(host.out(), results);
     }
 
-    static std::vector<Column> columns(const std::vector<std::string>& names) {
+    static std::vector<Column> columns(const std::vector<Quantity>& quantities) {
         std::vector<Column> result{{"point", "point"}};
-        for (const std::string& name : names) {
-            const std::string_view unit = unit_of(name);
-            result.push_back({name, unit.empty() ? name : name + " [" + std::string(unit) + "]", 4});
-        }
+        for (const Quantity& quantity : quantities) result.push_back({quantity.name, head_text(quantity), 4});
         return result;
     }
 

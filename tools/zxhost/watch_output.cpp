@@ -14,12 +14,7 @@
 namespace zxhost {
 namespace {
 
-using Names = std::vector<std::string>;
-
-std::string head_of(const std::string& axis) {
-    const std::string_view unit = unit_of(axis);
-    return unit.empty() ? axis : axis + " [" + std::string(unit) + "]";
-}
+using Axes = std::vector<Quantity>;
 
 // A field of CSV as every reader takes it: quoted if it needs to be.
 std::string field(const std::string& text) {
@@ -53,9 +48,9 @@ private:
 
 class Csv : public Lines {
 public:
-    Csv(std::ostream& out, const Names& axes) : Lines(out) {
+    Csv(std::ostream& out, const Axes& axes) : Lines(out) {
         put("record,seconds [s]");
-        for (const std::string& axis : axes) put(",{}", field(head_of(axis)));
+        for (const Quantity& axis : axes) put(",{}", field(head_text(axis)));
         put("\n");
     }
 
@@ -69,10 +64,10 @@ public:
 // Columns of one width, so that lines can be read as they come.
 class Columns : public Lines {
 public:
-    Columns(std::ostream& out, const Names& axes) : Lines(out) {
+    Columns(std::ostream& out, const Axes& axes) : Lines(out) {
         put("{:>8}  {:>10}", "record", "seconds");
-        for (const std::string& axis : axes) {
-            const std::string head = printable(head_of(axis));
+        for (const Quantity& axis : axes) {
+            const std::string head = printable(head_text(axis));
             m_widths.push_back(std::max<std::size_t>(head.size(), 12));
             put("  {:>{}}", head, m_widths.back());
         }
@@ -92,11 +87,11 @@ private:
 
 class JsonLines : public WatchOutput {
 public:
-    JsonLines(std::ostream& out, Names axes) : m_out(out), m_axes(std::move(axes)) {}
+    JsonLines(std::ostream& out, Axes axes) : m_out(out), m_axes(std::move(axes)) {}
 
     void add(const WatchRecord& record) override {
         Json values = Json::object();
-        for (std::size_t i = 0; i < record.values.size(); ++i) values[m_axes[i]] = record.values[i];
+        for (std::size_t i = 0; i < record.values.size(); ++i) values[m_axes[i].name] = record.values[i];
         write_json_line(
             m_out, {{"record", record.number}, {"seconds", record.seconds}, {"values", std::move(values)}});
     }
@@ -104,13 +99,13 @@ public:
 
 private:
     std::ostream& m_out;
-    Names m_axes;
+    Axes m_axes;
 };
 
 // The latest values, drawn over the ones before. What isn't drawn is counted.
 class LiveTable : public WatchOutput {
 public:
-    LiveTable(std::ostream& out, Names axes) : m_out(out), m_axes(std::move(axes)) {}
+    LiveTable(std::ostream& out, Axes axes) : m_out(out), m_axes(std::move(axes)) {}
 
     void add(const WatchRecord& record) override {
         m_values = record.values;
@@ -166,16 +161,16 @@ private:
             for (std::size_t row = 0; row < height; ++row) {
                 const std::size_t i = block * height + row;
                 const bool is_there = i < m_axes.size();
-                rows[row]["axis" + suffix] = is_there ? m_axes[i] : "";
+                rows[row]["axis" + suffix] = is_there ? m_axes[i].name : "";
                 rows[row]["value" + suffix] = is_there ? Json(m_values[i]) : Json();
-                rows[row]["unit" + suffix] = is_there ? unit_of(m_axes[i]) : "";
+                rows[row]["unit" + suffix] = is_there ? m_axes[i].unit : "";
             }
         }
         write_table(out, columns, rows);
     }
 
     std::ostream& m_out;
-    Names m_axes;
+    Axes m_axes;
     std::vector<double> m_values;
     std::size_t m_number = 0;
     double m_seconds = 0.0;
@@ -186,16 +181,16 @@ private:
 
 }  // namespace
 
-std::unique_ptr<WatchOutput> live_table(std::ostream& out, std::vector<std::string> axes) {
+std::unique_ptr<WatchOutput> live_table(std::ostream& out, std::vector<Quantity> axes) {
     return std::make_unique<LiveTable>(out, std::move(axes));
 }
-std::unique_ptr<WatchOutput> record_lines(std::ostream& out, const std::vector<std::string>& axes) {
+std::unique_ptr<WatchOutput> record_lines(std::ostream& out, const std::vector<Quantity>& axes) {
     return std::make_unique<Columns>(out, axes);
 }
-std::unique_ptr<WatchOutput> record_csv(std::ostream& out, const std::vector<std::string>& axes) {
+std::unique_ptr<WatchOutput> record_csv(std::ostream& out, const std::vector<Quantity>& axes) {
     return std::make_unique<Csv>(out, axes);
 }
-std::unique_ptr<WatchOutput> record_json(std::ostream& out, std::vector<std::string> axes) {
+std::unique_ptr<WatchOutput> record_json(std::ostream& out, std::vector<Quantity> axes) {
     return std::make_unique<JsonLines>(out, std::move(axes));
 }
 

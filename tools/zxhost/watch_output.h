@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "quantities.h"
+
 namespace zxhost {
 
 struct WatchRecord {
@@ -24,9 +26,9 @@ public:
 };
 
 // Each borrows the stream. All but the live table write every record.
-std::unique_ptr<WatchOutput> live_table(std::ostream& out, std::vector<std::string> axes);
-std::unique_ptr<WatchOutput> record_lines(std::ostream& out, const std::vector<std::string>& axes);
-std::unique_ptr<WatchOutput> record_csv(std::ostream& out, const std::vector<std::string>& axes);
-std::unique_ptr<WatchOutput> record_json(std::ostream& out, std::vector<std::string> axes);
+std::unique_ptr<WatchOutput> live_table(std::ostream& out, std::vector<Quantity> axes);
+std::unique_ptr<WatchOutput> record_lines(std::ostream& out, const std::vector<Quantity>& axes);
+std::unique_ptr<WatchOutput> record_csv(std::ostream& out, const std::vector<Quantity>& axes);
+std::unique_ptr<WatchOutput> record_json(std::ostream& out, std::vector<Quantity> axes);
 
 }  // namespace zxhost

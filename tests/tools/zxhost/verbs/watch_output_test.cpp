@@ -26,7 +26,7 @@ struct Shown {
 
 TEST(WatchCsv, HasAHeadAndALineForEachRecord) {
     Shown shown;
-    const auto csv = record_csv(shown.out, {"x", "c", "a,\"b", "tip"});
+    const auto csv = record_csv(shown.out, {{"x", "mm"}, {"c", "deg"}, {"a,\"b", "mm"}, {"tip", ""}});
     shown.add(*csv, 0.01, {1.5, -0.1, 1e300, unknown});
     shown.add(*csv, 1.25, {2.0, 3.0, 4.0, 5.0});
     EXPECT_EQ(shown.out.str(),
@@ -37,7 +37,7 @@ TEST(WatchCsv, HasAHeadAndALineForEachRecord) {
 
 TEST(WatchLines, StandInColumns) {
     Shown shown;
-    const auto lines = record_lines(shown.out, {"x"});
+    const auto lines = record_lines(shown.out, {{"x", "mm"}});
     shown.add(*lines, 0.5, {-12.34567});
     EXPECT_EQ(shown.out.str(),
               "  record     seconds        x [mm]\n"
@@ -46,14 +46,14 @@ TEST(WatchLines, StandInColumns) {
 
 TEST(WatchJson, IsADocumentForEachRecord) {
     Shown shown;
-    const auto json = record_json(shown.out, {"x", "z"});
+    const auto json = record_json(shown.out, {{"x", "mm"}, {"z", "mm"}});
     shown.add(*json, 0.5, {1.5, unknown});
     EXPECT_EQ(shown.out.str(), "{\"record\":1,\"seconds\":0.5,\"values\":{\"x\":1.5,\"z\":null}}\n");
 }
 
 TEST(WatchTable, IsDrawnOverItselfAndNotTooOften) {
     Shown shown;
-    const auto table = live_table(shown.out, {"x", "longer"});
+    const auto table = live_table(shown.out, {{"x", "mm"}, {"longer", "mm"}});
     table->flush();
     EXPECT_EQ(shown.out.str(), "");
     shown.add(*table, 1.0, {1.0, 2.0});
@@ -74,13 +74,13 @@ TEST(WatchTable, IsDrawnOverItselfAndNotTooOften) {
 
 TEST(WatchTable, PutsManyAxesSideBySide) {
     Shown shown;
-    std::vector<std::string> axes;
-    for (int i = 0; i < 50; ++i) axes.push_back("a" + std::to_string(i));
+    std::vector<Quantity> axes;
+    for (int i = 0; i < 50; ++i) axes.push_back({"a" + std::to_string(i), "mm"});
     const auto table = live_table(shown.out, axes);
     shown.add(*table, 1.0, std::vector<double>(50, 1.0));
     const std::string text = shown.out.str();
     EXPECT_LT(std::count(text.begin(), text.end(), '\n'), 24);
-    for (const std::string& axis : axes) EXPECT_NE(text.find(axis + " "), std::string::npos) << axis;
+    for (const Quantity& axis : axes) EXPECT_NE(text.find(axis.name + " "), std::string::npos) << axis.name;
 }
 
 }  // namespace
