@@ -4,6 +4,7 @@
 #include "bare_machine.h"
 #include "mmachmagazinedb.h"
 #include "mmachprobesources.h"
+#include "temporary_directory.h"
 
 namespace {
 
@@ -55,27 +56,6 @@ public:
     int GetActiveTipNum() override { return 13; }
 };
 
-class Magazine : public MMachMagazineDB {
-public:
-    std::uint32_t GetSlotOfProbe(std::uint32_t probe) override { return probe + 1; }
-    bool IsSlotDefined(std::uint32_t slot) override { return slot == 4; }
-    bool SetSlot(std::uint32_t slot, std::uint32_t probe) override { return slot == 4 && probe == 5; }
-    std::string GetLoadProgram(std::uint32_t slot) override { return program("load", slot); }
-    std::string GetUnloadProgram(std::uint32_t slot) override { return program("unload", slot); }
-    std::string GetChangeProgram(std::uint32_t from, std::uint32_t to) override {
-        return program("change " + std::to_string(from), to);
-    }
-    std::map<std::uint32_t, std::uint32_t> GetSlots(const std::string& name, std::uint32_t id) override {
-        return {{static_cast<std::uint32_t>(name.size()), id}};
-    }
-
-private:
-    // Slot 0 has none.
-    static std::string program(const std::string& word, std::uint32_t slot) {
-        return slot == 0 ? std::string() : word + " " + std::to_string(slot);
-    }
-};
-
 class MachSources : public testing::Test {
 protected:
     MOutputChannel m_channel{7};
@@ -121,35 +101,50 @@ TEST_F(MachSources, ProbesAreTheSources) {
     EXPECT_FALSE(m_machine.HasProbesystems());
 }
 
-TEST_F(MachSources, SlotsAreTheMagazines) {
-    Magazine magazine;
-    m_machine.m_pMagazine = &magazine;
+// A magazine with two slots of the probe system that the source above says is active.
+class MachMagazine : public MachSources {
+protected:
+    void SetUp() override {
+        m_machine.m_pProbesystemSource = &m_probesystems;
+        ASSERT_TRUE(m_magazine.Open());
+        m_machine.m_pMagazine = &m_magazine;
+    }
+
+    Probesystems m_probesystems;
+    TemporaryDirectory m_directory;
+    MMachMagazineDB m_magazine{
+        &m_machine, m_directory.file("magazine.ini",
+                                     "[active_42_slot3]\nload.program=load 3\nunload.program=\n"
+                                     "change_to_9.program=change 3 9\nprobe=7\n"
+                                     "[active_42_slot4]\nload.program=\nunload.program=unload 4\n")};
+};
+
+TEST_F(MachMagazine, SlotsAreTheMagazines) {
     EXPECT_TRUE(m_machine.HasMagazine());
-    EXPECT_EQ(m_machine.GetSlotOfProbe(3), 4U);
+    EXPECT_EQ(m_machine.GetSlotOfProbe(7), 3U);
     EXPECT_TRUE(m_machine.IsSlotDefined(4));
     EXPECT_FALSE(m_machine.IsSlotDefined(5));
     EXPECT_TRUE(m_machine.SetSlot(4, 5));
     EXPECT_FALSE(m_machine.SetSlot(5, 4));
-    EXPECT_EQ(m_machine.GetSlots("abc", 9), (std::map<std::uint32_t, std::uint32_t>{{3, 9}}));
+    EXPECT_EQ(m_machine.GetSlots("active", 42), (std::map<std::uint32_t, std::uint32_t>{{3, 7}, {4, 5}}));
+    EXPECT_TRUE(m_machine.GetSlots("active", 43).empty());
 }
 
-TEST_F(MachSources, ProgramsAreTrueUnlessEmpty) {
-    Magazine magazine;
-    m_machine.m_pMagazine = &magazine;
+TEST_F(MachMagazine, ProgramsAreTrueUnlessEmpty) {
     std::string program = "old";
-    EXPECT_TRUE(m_machine.GetLoadProgram(program, 1));
-    EXPECT_EQ(program, "load 1");
-    EXPECT_TRUE(m_machine.GetUnloadProgram(program, 2));
-    EXPECT_EQ(program, "unload 2");
-    EXPECT_TRUE(m_machine.GetChangeProgram(program, 3, 4));
-    EXPECT_EQ(program, "change 3 4");
-    EXPECT_FALSE(m_machine.GetLoadProgram(program, 0));
+    EXPECT_TRUE(m_machine.GetLoadProgram(program, 3));
+    EXPECT_EQ(program, "load 3");
+    EXPECT_TRUE(m_machine.GetUnloadProgram(program, 4));
+    EXPECT_EQ(program, "unload 4");
+    EXPECT_TRUE(m_machine.GetChangeProgram(program, 3, 9));
+    EXPECT_EQ(program, "change 3 9");
+    EXPECT_FALSE(m_machine.GetLoadProgram(program, 4));
     EXPECT_EQ(program, "");
     program = "old";
-    EXPECT_FALSE(m_machine.GetUnloadProgram(program, 0));
+    EXPECT_FALSE(m_machine.GetUnloadProgram(program, 3));
     EXPECT_EQ(program, "");
     program = "old";
-    EXPECT_FALSE(m_machine.GetChangeProgram(program, 3, 0));
+    EXPECT_FALSE(m_machine.GetChangeProgram(program, 1, 2));
     EXPECT_EQ(program, "");
 }
 
@@ -159,18 +154,17 @@ public:
     bool HasMagazine() override { return false; }
 };
 
-TEST_F(MachSources, TheSubclassDecidesWhetherThereIsAMagazine) {
-    Magazine magazine;
+TEST_F(MachMagazine, TheSubclassDecidesWhetherThereIsAMagazine) {
     MachineThatHidesItsMagazine machine(&m_channel, &m_notifier);
-    machine.m_pMagazine = &magazine;
+    machine.m_pMagazine = &m_magazine;
     std::string program = "untouched";
-    EXPECT_EQ(machine.GetSlotOfProbe(3), 0U);
+    EXPECT_EQ(machine.GetSlotOfProbe(7), 0U);
     EXPECT_FALSE(machine.IsSlotDefined(4));
     EXPECT_FALSE(machine.SetSlot(4, 5));
-    EXPECT_FALSE(machine.GetLoadProgram(program, 1));
-    EXPECT_FALSE(machine.GetUnloadProgram(program, 1));
-    EXPECT_FALSE(machine.GetChangeProgram(program, 1, 2));
-    EXPECT_TRUE(machine.GetSlots("abc", 9).empty());
+    EXPECT_FALSE(machine.GetLoadProgram(program, 3));
+    EXPECT_FALSE(machine.GetUnloadProgram(program, 4));
+    EXPECT_FALSE(machine.GetChangeProgram(program, 3, 9));
+    EXPECT_TRUE(machine.GetSlots("active", 42).empty());
     EXPECT_EQ(program, "untouched");
 }
 
