@@ -137,15 +137,20 @@ private:
     const char* send(std::string_view bytes, milliseconds at_most) {
         const Clock::time_point end = Clock::now() + at_most;
         os::WaitLock lock(m_lock);
-        if (m_isWriting) return takes_nothing;
+        if (const char* cause = wait_for_writing(lock, end)) return cause;  // of bytes that were given up
         m_isWriting = true;
         m_outgoing = bytes;
         asio::post(m_context, [this] { write_line(); });
+        if (const char* cause = wait_for_writing(lock, end)) return cause;
+        return m_hasFailed ? m_gone.c_str() : nullptr;
+    }
+
+    const char* wait_for_writing(os::WaitLock& lock, Clock::time_point end) OS_REQUIRES(m_lock) {
         while (m_isWriting) {
             if (m_isShut && !m_isLeaving) return m_cause;
             if (!lock.wait_until(m_changed, end) && m_isWriting) return takes_nothing;
         }
-        return m_hasFailed ? m_gone.c_str() : nullptr;
+        return nullptr;
     }
 
     void write_line() {
