@@ -43,6 +43,12 @@ protected:
         ASSERT_TRUE(m_magazine.Open());
     }
 
+    // The outermost report that nobody has looked at.
+    std::string last_report() {
+        const Texts reports = trace_reports();
+        return reports.empty() ? "" : reports.back();
+    }
+
     TemporaryDirectory m_directory;
     MOutputChannel m_channel{7};
     CountingNotifier m_notifier;

@@ -71,7 +71,7 @@ TEST_F(MagazineTest, ATextThatIsNoneNeverReachesTheFile) {
 TEST_F(MagazineTest, ATextThatIsNoIniFileNeverReachesTheFile) {
     open("[p_1_slot5]\n" + programs);
     EXPECT_FALSE(m_magazine.Send("[p_1_slot6]\n" + programs + "["));
-    EXPECT_EQ("MMachMagazineDB::Send(): SetContentString() failed", trace_reports().back());
+    EXPECT_EQ("MMachMagazineDB::Send(): SetContentString() failed", last_report());
     EXPECT_EQ((Slots{{5, 0}}), m_magazine.GetSlots("p", 1));
     EXPECT_TRUE(m_magazine.SetSlot(5, 1));
     EXPECT_EQ(std::string::npos, content().find("slot6"));
@@ -82,7 +82,7 @@ TEST_F(MagazineTest, ADamagedFileKeepsTheOldIndexAndIsWrittenAnew) {
     write("[p_1_slot5]\n" + programs + "damage\n");
     EXPECT_FALSE(m_magazine.Open());
     EXPECT_EQ("MMachMagazineDB::Open(): inidata.Open(\"" + m_path.substr(0, 50) + "\") failed",
-              trace_reports().back());
+              last_report());
     EXPECT_EQ((Slots{{5, 0}}), m_magazine.GetSlots("p", 1));
     EXPECT_TRUE(m_magazine.SetSlot(5, 3));
     EXPECT_EQ("[p_1_slot5]\r\nload.program=a\r\nunload.program=b\r\nprobe=3\r\n", content());
@@ -91,8 +91,7 @@ TEST_F(MagazineTest, ADamagedFileKeepsTheOldIndexAndIsWrittenAnew) {
 TEST_F(MagazineTest, SendOverADamagedFileReportsThatItCannotGoBack) {
     write("damage");
     EXPECT_FALSE(m_magazine.Send("["));
-    const Texts reports = trace_reports();
-    EXPECT_EQ("MMachMagazineDB::Send(): Open() failed", reports.back());
+    EXPECT_EQ("MMachMagazineDB::Send(): Open() failed", last_report());
     EXPECT_EQ("damage", content());
 }
 

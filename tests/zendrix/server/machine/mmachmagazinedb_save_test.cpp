@@ -58,7 +58,7 @@ TEST_F(MagazineSaveTest, AFailedChangeIsReportedAndUndone) {
         FaultyFiles files;
         files.fail("rename", 1, EIO);
         EXPECT_FALSE(change.run(m_magazine));
-        EXPECT_EQ(save_failed(change.operation), trace_reports().back());
+        EXPECT_EQ(save_failed(change.operation), last_report());
         EXPECT_EQ(m_slots, m_magazine.GetSlots("p", 1));
         EXPECT_EQ(m_content, content());
     }
@@ -68,7 +68,7 @@ TEST_F(MagazineSaveTest, AFailedSendIsReportedAndUndone) {
     FaultyFiles files;
     files.fail("write", 1, ENOSPC);
     EXPECT_FALSE(m_magazine.Send(slot("p_1_slot5")));
-    EXPECT_EQ("MMachMagazineDB::Send(): Save() failed", trace_reports().back());
+    EXPECT_EQ("MMachMagazineDB::Send(): Save() failed", last_report());
     EXPECT_EQ(m_slots, m_magazine.GetSlots("p", 1));
     EXPECT_EQ(m_content, content());
 }
@@ -97,7 +97,7 @@ TEST_F(MagazineSaveTest, AFailedSaveFindsWhatOthersWroteMeanwhile) {
     FaultyFiles files;
     files.fail("make_temporary", 1, EACCES);
     EXPECT_FALSE(m_magazine.SetSlot(2, 9));
-    EXPECT_EQ(save_failed("SetSlot"), trace_reports().back());
+    EXPECT_EQ(save_failed("SetSlot"), last_report());
     EXPECT_EQ((Slots{{6, 1}}), m_magazine.GetSlots("p", 1));
 }
 
@@ -136,13 +136,13 @@ TEST_F(MagazineSaveTest, AnEntryThatCannotBeMadeIsReportedAndUndone) {
     open(content);
     next_fails = true;
     EXPECT_FALSE(m_magazine.SetSlot(1, 9));
-    EXPECT_EQ("MMachMagazineDB::SetSlot(): inidata.SetLongEntry() failed", trace_reports().back());
+    EXPECT_EQ("MMachMagazineDB::SetSlot(): inidata.SetLongEntry() failed", last_report());
     EXPECT_EQ((Slots{{1, 4}}), m_magazine.GetSlots("p", 1));
     EXPECT_EQ(content, this->content());
     next_fails = true;
     EXPECT_FALSE(m_magazine.DeleteProbe(4));
     EXPECT_EQ("MMachMagazineDB::DeleteProbe(): inidata.SetLongEntry(p_1_slot1,\"probe\") failed",
-              trace_reports().back());
+              last_report());
     EXPECT_EQ((Slots{{1, 4}}), m_magazine.GetSlots("p", 1));
 }
 
