@@ -5,9 +5,9 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 
+#include "axis_labels.h"
 #include "mmachabstract.h"
 #include "number_text.h"
-#include "quantities.h"
 
 namespace zxhost {
 namespace {

@@ -3,15 +3,15 @@
 #include <cstddef>
 #include <nlohmann/json.hpp>
 
+#include "axis_labels.h"
 #include "mmachabstract.h"
 #include "number_text.h"
-#include "quantities.h"
 #include "verb_host.h"
 
 namespace zxhost {
 namespace {
 
-Json position_rows(const std::vector<Quantity>& axes, const std::vector<double>& values) {
+Json position_rows(const std::vector<AxisLabel>& axes, const std::vector<double>& values) {
     Json rows = Json::array();
     for (std::size_t i = 0; i < axes.size(); ++i)
         rows.push_back({{"axis", axes[i].name},
@@ -53,7 +53,7 @@ void show_positions(VerbHost& host, const std::vector<std::string>& axes) {
 
 void show_values(VerbHost& host, const std::vector<std::string>& axes, const std::vector<double>& values) {
     host.show({{"axis", "axis"}, {"value", "value", 4}, {"unit", "unit"}},
-              position_rows(quantities_of(host.machine(), axes), values));
+              position_rows(labels_of(host.machine(), axes), values));
 }
 
 }  // namespace zxhost

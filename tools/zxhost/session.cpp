@@ -8,13 +8,13 @@
 #include <utility>
 
 #include "axes_table.h"
+#include "axis_labels.h"
 #include "exit_status.h"
 #include "machine_facts.h"
 #include "mmachabstract.h"
 #include "number_text.h"
 #include "output_file.h"
 #include "positions.h"
-#include "quantities.h"
 #include "ring_picture.h"
 #include "ring_report.h"
 #include "scan_run.h"

@@ -3,10 +3,10 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "axis_labels.h"
 #include "circle_options.h"
 #include "mmachabstract.h"
 #include "number_text.h"
-#include "quantities.h"
 #include "scan_results.h"
 #include "scan_run.h"
 #include "targets.h"
@@ -56,7 +56,7 @@ public:
                 host.out(),
                 {{"columns", names}, {"units", units_of(host.machine(), names)}, {"points", m_points}});
         } else {
-            write_table(host.out(), columns(quantities_of(host.machine(), names)), rows(names));
+            write_table(host.out(), columns(labels_of(host.machine(), names)), rows(names));
         }
     }
 
@@ -70,9 +70,9 @@ private:
         write_results(host.out(), results);
     }
 
-    static std::vector<Column> columns(const std::vector<Quantity>& quantities) {
+    static std::vector<Column> columns(const std::vector<AxisLabel>& labels) {
         std::vector<Column> result{{"point", "point"}};
-        for (const Quantity& quantity : quantities) result.push_back({quantity.name, head_text(quantity), 4});
+        for (const AxisLabel& label : labels) result.push_back({label.name, head_text(quantity), 4});
         return result;
     }
 

@@ -65,7 +65,7 @@ WatchFormat format_of(const WatchOptions& options, const VerbHost& host) {
 }
 
 std::unique_ptr<WatchOutput> output_of(WatchFormat format, const Streams& streams,
-                                       const std::vector<Quantity>& axes) {
+                                       const std::vector<AxisLabel>& axes) {
     switch (format) {
         case WatchFormat::AsCsv:
             return record_csv(streams.out, axes);
@@ -120,7 +120,7 @@ void watch(const Program& program, const Streams& streams, const WatchOptions& o
     VerbHost host(program.settings, streams);
     const Names axes = options.axes.empty() ? active_axes(host.machine()) : options.axes;
     if (axes.empty()) check_has(false, "active axes");
-    const auto output = output_of(format_of(options, host), streams, quantities_of(host.machine(), axes));
+    const auto output = output_of(format_of(options, host), streams, labels_of(host.machine(), axes));
     streams.err << "watching " << names_text(axes) << " of " << printable(host.address()) << "; Ctrl-C ends"
                 << std::endl;
     const Autoinfo autoinfo(host, options.interval, axes);

@@ -14,7 +14,7 @@
 namespace zxhost {
 namespace {
 
-using Axes = std::vector<Quantity>;
+using Axes = std::vector<AxisLabel>;
 
 // A field of CSV as every reader takes it: quoted if it needs to be.
 std::string field(const std::string& text) {
@@ -50,7 +50,7 @@ class Csv : public Lines {
 public:
     Csv(std::ostream& out, const Axes& axes) : Lines(out) {
         put("record,seconds [s]");
-        for (const Quantity& axis : axes) put(",{}", field(head_text(axis)));
+        for (const AxisLabel& axis : axes) put(",{}", field(head_text(axis)));
         put("\n");
     }
 
@@ -66,7 +66,7 @@ class Columns : public Lines {
 public:
     Columns(std::ostream& out, const Axes& axes) : Lines(out) {
         put("{:>8}  {:>10}", "record", "seconds");
-        for (const Quantity& axis : axes) {
+        for (const AxisLabel& axis : axes) {
             const std::string head = printable(head_text(axis));
             m_widths.push_back(std::max<std::size_t>(head.size(), 12));
             put("  {:>{}}", head, m_widths.back());
@@ -181,16 +181,16 @@ private:
 
 }  // namespace
 
-std::unique_ptr<WatchOutput> live_table(std::ostream& out, std::vector<Quantity> axes) {
+std::unique_ptr<WatchOutput> live_table(std::ostream& out, std::vector<AxisLabel> axes) {
     return std::make_unique<LiveTable>(out, std::move(axes));
 }
-std::unique_ptr<WatchOutput> record_lines(std::ostream& out, const std::vector<Quantity>& axes) {
+std::unique_ptr<WatchOutput> record_lines(std::ostream& out, const std::vector<AxisLabel>& axes) {
     return std::make_unique<Columns>(out, axes);
 }
-std::unique_ptr<WatchOutput> record_csv(std::ostream& out, const std::vector<Quantity>& axes) {
+std::unique_ptr<WatchOutput> record_csv(std::ostream& out, const std::vector<AxisLabel>& axes) {
     return std::make_unique<Csv>(out, axes);
 }
-std::unique_ptr<WatchOutput> record_json(std::ostream& out, std::vector<Quantity> axes) {
+std::unique_ptr<WatchOutput> record_json(std::ostream& out, std::vector<AxisLabel> axes) {
     return std::make_unique<JsonLines>(out, std::move(axes));
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "quantities.h"
+#include "axis_labels.h"
 
 namespace zxhost {
 
@@ -26,9 +26,9 @@ public:
 };
 
 // Each borrows the stream. All but the live table write every record.
-std::unique_ptr<WatchOutput> live_table(std::ostream& out, std::vector<Quantity> axes);
-std::unique_ptr<WatchOutput> record_lines(std::ostream& out, const std::vector<Quantity>& axes);
-std::unique_ptr<WatchOutput> record_csv(std::ostream& out, const std::vector<Quantity>& axes);
-std::unique_ptr<WatchOutput> record_json(std::ostream& out, std::vector<Quantity> axes);
+std::unique_ptr<WatchOutput> live_table(std::ostream& out, std::vector<AxisLabel> axes);
+std::unique_ptr<WatchOutput> record_lines(std::ostream& out, const std::vector<AxisLabel>& axes);
+std::unique_ptr<WatchOutput> record_csv(std::ostream& out, const std::vector<AxisLabel>& axes);
+std::unique_ptr<WatchOutput> record_json(std::ostream& out, std::vector<AxisLabel> axes);
 
 }  // namespace zxhost

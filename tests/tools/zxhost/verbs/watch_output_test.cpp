@@ -74,13 +74,13 @@ TEST(WatchTable, IsDrawnOverItselfAndNotTooOften) {
 
 TEST(WatchTable, PutsManyAxesSideBySide) {
     Shown shown;
-    std::vector<Quantity> axes;
+    std::vector<AxisLabel> axes;
     for (int i = 0; i < 50; ++i) axes.push_back({"a" + std::to_string(i), "mm"});
     const auto table = live_table(shown.out, axes);
     shown.add(*table, 1.0, std::vector<double>(50, 1.0));
     const std::string text = shown.out.str();
     EXPECT_LT(std::count(text.begin(), text.end(), '\n'), 24);
-    for (const Quantity& axis : axes) EXPECT_NE(text.find(axis.name + " "), std::string::npos) << axis.name;
+    for (const AxisLabel& axis : axes) EXPECT_NE(text.find(axis.name + " "), std::string::npos) << axis.name;
 }
 
 }  // namespace
