@@ -72,7 +72,7 @@ private:
 
     static std::vector<Column> columns(const std::vector<AxisLabel>& labels) {
         std::vector<Column> result{{"point", "point"}};
-        for (const AxisLabel& label : labels) result.push_back({label.name, head_text(quantity), 4});
+        for (const AxisLabel& label : labels) result.push_back({label.name, head_text(label), 4});
         return result;
     }
 
