@@ -49,11 +49,11 @@ private:
     static EditedInput& of(EditLine* edit);
     static char* prompt(EditLine* edit);
     static int next_character(EditLine* edit, wchar_t* character);
-    static unsigned char complete(EditLine* edit, int key);
 
     bool wait();
     int read_character(wchar_t& character);
-    unsigned char complete_word();
+    void complete();
+    unsigned char complete_word();  // with prompt and line off the screen
     void replace_word(std::string_view typed, const std::string& word);
     void show_above(const std::string& lines);
     std::string line_to_cursor() const;
@@ -80,8 +80,6 @@ EditedInput::EditedInput(std::string history_file)
     el_set(m_edit, EL_SIGNAL, 0);
     el_set(m_edit, EL_HIST, history, m_history);
     el_set(m_edit, EL_GETCFN, &EditedInput::next_character);
-    el_set(m_edit, EL_ADDFN, "complete-word", "complete the word at the cursor", &EditedInput::complete);
-    el_set(m_edit, EL_BIND, "^I", "complete-word", nullptr);
     el_set(m_edit, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_source(m_edit, nullptr);
 }
@@ -128,9 +126,15 @@ EditedInput& EditedInput::of(EditLine* edit) {
 
 char* EditedInput::prompt(EditLine* edit) { return of(edit).m_prompt.data(); }
 
+// The tabulator is taken here: a function added to the library's own keys is never freed by it.
 int EditedInput::next_character(EditLine* edit, wchar_t* character) {
     EditedInput& input = of(edit);
-    return input.wait() ? input.read_character(*character) : -1;
+    while (input.wait()) {
+        const int count = input.read_character(*character);
+        if (count != 1 || *character != L'\t') return count;
+        input.complete();
+    }
+    return -1;
 }
 
 // Shows what the machine says until there is something to read; false when Ctrl-C came.
@@ -166,7 +170,11 @@ int EditedInput::read_character(wchar_t& character) {
     }
 }
 
-unsigned char EditedInput::complete(EditLine* edit, int) { return of(edit).complete_word(); }
+void EditedInput::complete() {
+    show_above("");
+    if (complete_word() == CC_ERROR) el_beep(m_edit);
+    el_set(m_edit, EL_REFRESH);
+}
 
 unsigned char EditedInput::complete_word() {
     const std::string line = line_to_cursor();
@@ -184,9 +192,8 @@ unsigned char EditedInput::complete_word() {
     }
     std::string list;
     for (const std::string& word : found.words) list += (list.empty() ? "" : "  ") + word;
-    show_above(list + "\n");
-    el_set(m_edit, EL_REFRESH);
-    return CC_NORM;
+    std::fprintf(stdout, "%s\n", list.c_str());
+    return CC_REFRESH;
 }
 
 void EditedInput::replace_word(std::string_view typed, const std::string& word) {

@@ -114,9 +114,10 @@ TEST_F(ScriptTest, ALostMachineEndsItWithItsStatus) {
 TEST_F(ScriptTest, HostileScriptsAreAnsweredClearly) {
     expect_stop(path("none.zx"), 2, "none.zx can't be read");
     expect_stop(host.directory.path(), 2, "can't be read");
-    expect_stop(write("binary.zx", std::string("get x\n\x7f"
-                                               "ELF\0\1\2\n",
-                                               16)),
+    using namespace std::string_literals;
+    expect_stop(write("binary.zx",
+                      "get x\n\x7f"
+                      "ELF\0\1\2\n"s),
                 2, "binary.zx:2: this is no line");
     expect_stop(write("huge.zx", std::string(3000000, 'x')), 2, "huge.zx:1: this line is longer than");
     expect_stop(write("quote.zx", "get x\nget 'x\n"), 2, "quote.zx:2: a quote is not closed");
