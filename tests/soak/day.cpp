@@ -1,11 +1,9 @@
 #include "day.h"
 
 #include <cmath>
-#include <thread>
 
 #include "day_clock.h"
 #include "differences.h"
-#include "recording_facilities.h"
 
 namespace {
 
@@ -350,8 +348,10 @@ void Day::press_keys() {
 
 void Day::change_capabilities() {
     switch (among(4)) {
-        case 0:
-            return operate(truth().axis("hb").is_active() ? "deactivate \"hb\"" : "activate \"hb\"");
+        case 0: {
+            const std::string axis = among(2) == 0 ? "hb" : "c";
+            return operate((truth().axis(axis).is_active() ? "deactivate \"" : "activate \"") + axis + "\"");
+        }
         case 1:
             return operate(truth().withdrawn.contains("wobble") ? "restore \"wobble\""
                                                                 : "withdraw \"wobble\"");
