@@ -26,9 +26,9 @@ public:
     std::size_t take(std::string_view body, std::vector<double>& values, std::string_view& error);
 
 private:
-    long m_id;
     void step();
 
+    long m_id;
     std::string m_prefix;
     std::string m_expected;  // the begin of the next point's line, with its number and a blank
     std::int64_t m_next = 1;
