@@ -15,3 +15,11 @@ endif()
 if(ZX_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
+if(WIN32)
+    # Windows 10 and later; its headers without the macros min and max; formats and numbers of the C library as
+    # the standard has them, so that they print alike everywhere.
+    add_compile_definitions(_WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
+    if(MINGW)
+        add_compile_definitions(__USE_MINGW_ANSI_STDIO=1)
+    endif()
+endif()

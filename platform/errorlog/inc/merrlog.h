@@ -4,7 +4,9 @@
 // a log that can't be written is never the caller's problem. Any thread may report at any time.
 #pragma once
 
-#if defined(_WIN32)
+#if defined(_WIN32) && defined(ZX_BUILDING_errorlog)
+#define MERRLOG_API __declspec(dllexport)
+#elif defined(_WIN32)
 #define MERRLOG_API
 #else
 #define MERRLOG_API __attribute__((visibility("default")))

@@ -5,7 +5,9 @@
 // and a final message to the error log and empties it. Nothing here fails outward.
 #pragma once
 
-#if defined(_WIN32)
+#if defined(_WIN32) && defined(ZX_BUILDING_errortrace)
+#define MERRTRACE_API __declspec(dllexport)
+#elif defined(_WIN32)
 #define MERRTRACE_API
 #else
 #define MERRTRACE_API __attribute__((visibility("default")))

@@ -4,7 +4,9 @@
 // levels give more detail, and 0 (the start value) is silence. Any thread may call at any time.
 #pragma once
 
-#if defined(_WIN32)
+#if defined(_WIN32) && defined(ZX_BUILDING_trace)
+#define MTRACE_API __declspec(dllexport)
+#elif defined(_WIN32)
 #define MTRACE_API
 #else
 #define MTRACE_API __attribute__((visibility("default")))
