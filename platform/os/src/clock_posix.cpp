@@ -1,8 +1,7 @@
 #include <time.h>
 
-#include <atomic>
-
 #include "os/clock.h"
+#include "system_clock.h"
 
 namespace os {
 namespace {
@@ -36,24 +35,11 @@ public:
 #endif
 };
 
-SystemClock& system_clock() {
-    static SystemClock clock;
-    return clock;
-}
-
-// Null stands for the system's clock.
-std::atomic<MonotonicClock*> in_force{nullptr};
-
 }  // namespace
 
-MonotonicClock& monotonic_clock() {
-    MonotonicClock* const clock = in_force.load(std::memory_order_acquire);
-    return clock ? *clock : system_clock();
-}
-
-MonotonicClock* replace_monotonic_clock(MonotonicClock* clock) {
-    MonotonicClock* const old = in_force.exchange(clock, std::memory_order_acq_rel);
-    return old ? old : &system_clock();
+MonotonicClock& system_clock() {
+    static SystemClock clock;
+    return clock;
 }
 
 }  // namespace os

@@ -6,6 +6,7 @@
 namespace os {
 
 int last_error() { return errno; }
+void set_last_error(int error) { errno = error; }
 std::string error_text(int error) { return std::generic_category().message(error); }
 
 }  // namespace os

@@ -18,6 +18,8 @@ bool has_another_meaning(const std::string& name) { return name.find('\\') != na
 
 bool is_verbatim(const std::string& path) { return path.starts_with(verbatim); }
 
+char native_separator() { return '/'; }
+
 std::string entry_path(const std::string& directory, const std::string& name) {
     if (is_verbatim(directory) || !has_another_meaning(name)) return directory + name;
     return std::string(verbatim) + native_path(directory) + name;
