@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "library_fault.h"
 #include "os/library.h"
 #include "os/path.h"
 #include "os/program.h"
@@ -12,6 +13,13 @@ namespace {
 std::string loader_error() {
     const char* const text = dlerror();
     return text ? text : "unknown error of the loader";
+}
+
+// A file that was made for another machine is told better than by the loader.
+std::string load_error(const std::string& path) {
+    const std::string words = loader_error();
+    const std::string fault = library_fault(path, "/proc/self/exe", [](const std::string&) { return ""; });
+    return fault.empty() ? words : fault;
 }
 
 }  // namespace
@@ -29,7 +37,7 @@ bool SharedLibrary::load(const std::string& path) {
     unload();
     // All at once: a missing name shall show here, not in the middle of a run.
     m_handle = dlopen(native_path(path).c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!m_handle) m_error_text = loader_error();
+    if (!m_handle) m_error_text = load_error(path);
     return m_handle != nullptr;
 }
 

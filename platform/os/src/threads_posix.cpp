@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <pthread.h>
 
 #include <atomic>
@@ -9,6 +10,7 @@
 #include "os/mutex.h"
 #include "os/threads.h"
 #include "os/waitlock.h"
+#include "system_threads.h"
 
 namespace os {
 namespace {
@@ -27,14 +29,54 @@ std::uint32_t next_id() {
     return id;
 }
 
+// The library that this code is linked into, or null for a program: one more reference to it.
+void* hold_own_library() {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(&hold_own_library), &info) == 0 || !info.dli_fname)
+        return nullptr;
+    return dlopen(info.dli_fname, RTLD_NOW | RTLD_NOLOAD);
+}
+
+// Lets a library go at the end of a thread. The system itself calls dlclose then, behind all that the library
+// still has to run there: no code of the library could return from unloading it.
+class LetGoAtEnd {
+public:
+    LetGoAtEnd() {
+        const auto let_go = reinterpret_cast<void (*)()>(dlclose);
+        m_usable = pthread_key_create(&m_key, reinterpret_cast<void (*)(void*)>(let_go)) == 0;
+    }
+    // When the library goes: a key for each of its lives would use them up.
+    ~LetGoAtEnd() {
+        if (m_usable) pthread_key_delete(m_key);
+    }
+    LetGoAtEnd(const LetGoAtEnd&) = delete;
+    LetGoAtEnd& operator=(const LetGoAtEnd&) = delete;
+
+    // On the thread whose end is meant. Without a place for it the library stays.
+    void let_go_at_end(void* library) {
+        if (m_usable) pthread_setspecific(m_key, library);
+    }
+
+private:
+    pthread_key_t m_key{};
+    bool m_usable = false;
+};
+
+LetGoAtEnd& own_library() {
+    static LetGoAtEnd instance;
+    return instance;
+}
+
 struct Start {
     unsigned (*function)(void*);
     void* argument;
+    void* library;
 };
 
 extern "C" void* run_thread(void* start) {
     const Start work = *static_cast<Start*>(start);
     delete static_cast<Start*>(start);
+    own_library().let_go_at_end(work.library);
     return reinterpret_cast<void*>(std::uintptr_t{work.function(work.argument)});
 }
 
@@ -50,8 +92,11 @@ public:
     }
 
     bool start(unsigned (*function)(void*), void* argument) {
-        auto work = std::make_unique<Start>(Start{function, argument});
-        if (!succeeded(pthread_create(&m_thread, nullptr, run_thread, work.get()))) return false;
+        auto work = std::make_unique<Start>(Start{function, argument, hold_own_library()});
+        if (const int error = pthread_create(&m_thread, nullptr, run_thread, work.get()); error != 0) {
+            if (work->library) dlclose(work->library);
+            return succeeded(error);
+        }
         static_cast<void>(work.release());
         m_started = true;
         return true;
@@ -133,24 +178,11 @@ public:
     }
 };
 
+}  // namespace
+
 ThreadSystem& system_threads() {
     static PosixThreads instance;
     return instance;
-}
-
-// Null stands for the system's.
-std::atomic<ThreadSystem*> in_force{nullptr};
-
-}  // namespace
-
-ThreadSystem& threads() {
-    ThreadSystem* const found = in_force.load(std::memory_order_acquire);
-    return found ? *found : system_threads();
-}
-
-ThreadSystem* replace_threads(ThreadSystem* thread_system) {
-    ThreadSystem* const old = in_force.exchange(thread_system, std::memory_order_acq_rel);
-    return old ? old : &system_threads();
 }
 
 }  // namespace os
