@@ -4,9 +4,7 @@
 #include <cstdarg>
 #include <string>
 
+#include "os/printf_format.h"
+
 // The formatted text, or the format itself if it can't be carried out.
-#if defined(__GNUC__)
-__attribute__((format(printf, 1, 0)))
-#endif
-std::string
-printf_text(const char* format, va_list args);
+OS_PRINTF_FORMAT(1, 0) std::string printf_text(const char* format, va_list args);

@@ -25,7 +25,7 @@ public:
 
     // Moves the collected records to the error log, followed by this message, formatted as by printf and cut
     // after 255 characters. The context stays open, empty.
-    MERRLOG_PRINTF(3, 4) void DumpToMErrLog(int line, const char* format, ...) {
+    OS_PRINTF_FORMAT(3, 4) void DumpToMErrLog(int line, const char* format, ...) {
         // One for each thread: the dump must not see another thread's text.
         static thread_local std::array<char, 256> buffer;
         va_list args;

@@ -21,7 +21,7 @@ constexpr const char* source = "msl/mutil/src/stl_utilities";
 
 // Formats once into a buffer on the stack, and a second time only what didn't fit. Returns the text up to its
 // first NUL, or false, with the reason in errno, if the format can't be carried out.
-MERRLOG_PRINTF(2, 0)
+OS_PRINTF_FORMAT(2, 0)
 bool format_to(std::string& out, const char* format, va_list args) {
     std::array<char, 1024> buffer;
     va_list again;
@@ -62,7 +62,7 @@ std::string stl_string_format_va(const char* format, va_list args) {
     std::string text;
     if (!format_to(text, format, args)) {
         MERRLOG_REPORT(source, "%s(): stl_string_format_va() failed: %s", "stl_string_format_va",
-                       os::error_text(errno).c_str());
+                       os::errno_text().c_str());
     }
     return text;
 }
@@ -73,7 +73,7 @@ std::string stl_string_format(const char* format, ...) {
     va_start(args, format);
     if (!format_to(text, format, args)) {
         MERRLOG_REPORT(source, "%s(): stl_string_format() failed: %s", "stl_string_format",
-                       os::error_text(errno).c_str());
+                       os::errno_text().c_str());
     }
     va_end(args);
     return text;

@@ -9,15 +9,15 @@
 #include <string>
 #include <vector>
 
-#include "merrlog.h"
+#include "os/printf_format.h"
 
 // The text formatted as by printf, up to its first NUL byte; empty, with a line in the error log, if the
 // format can't be carried out.
-MERRLOG_PRINTF(1, 2) std::string stl_string_format(const char* format, ...);
-MERRLOG_PRINTF(1, 0) std::string stl_string_format_va(const char* format, va_list args);
+OS_PRINTF_FORMAT(1, 2) std::string stl_string_format(const char* format, ...);
+OS_PRINTF_FORMAT(1, 0) std::string stl_string_format_va(const char* format, va_list args);
 
 // The same, assigned to `s`. The arguments may point into `s`.
-MERRLOG_PRINTF(2, 3) void stl_string_printf(std::string& s, const char* format, ...);
+OS_PRINTF_FORMAT(2, 3) void stl_string_printf(std::string& s, const char* format, ...);
 
 void stl_string_toupper(std::string& s);
 void stl_string_tolower(std::string& s);

@@ -5,6 +5,8 @@
 // and a final message to the error log and empties it. Nothing here fails outward.
 #pragma once
 
+#include "os/printf_format.h"
+
 #if defined(_WIN32) && defined(ZX_BUILDING_errortrace)
 #define MERRTRACE_API __declspec(dllexport)
 #elif defined(_WIN32)
@@ -13,19 +15,12 @@
 #define MERRTRACE_API __attribute__((visibility("default")))
 #endif
 
-// Lets the compiler hold arguments against a format, where it can.
-#if defined(__GNUC__)
-#define MERRTRACE_PRINTF(text, first) __attribute__((format(printf, text, first)))
-#else
-#define MERRTRACE_PRINTF(text, first)
-#endif
-
 extern "C" {
 // Sets the place of the next record, or of the final message of the next dump, of this thread.
 MERRTRACE_API void _MErrTrace_Location(int level, const char* source, int line);
 
 // Adds one record to the innermost context, formatted as by printf.
-MERRTRACE_API MERRTRACE_PRINTF(1, 2) void _MErrTrace_Add(const char* format, ...);
+MERRTRACE_API OS_PRINTF_FORMAT(1, 2) void _MErrTrace_Add(const char* format, ...);
 
 MERRTRACE_API void MErrTrace_BeginContext(void);
 MERRTRACE_API void MErrTrace_EndContext(void);
@@ -34,5 +29,5 @@ MERRTRACE_API void MErrTrace_EndContext(void);
 MERRTRACE_API void MErrTrace_ClearContext(void);
 
 // Writes the innermost context's records, then this message, to the error log, and empties the context.
-MERRTRACE_API MERRTRACE_PRINTF(1, 2) void _MErrTrace_DumpContextToMErrLog(const char* format, ...);
+MERRTRACE_API OS_PRINTF_FORMAT(1, 2) void _MErrTrace_DumpContextToMErrLog(const char* format, ...);
 }

@@ -4,19 +4,14 @@
 // levels give more detail, and 0 (the start value) is silence. Any thread may call at any time.
 #pragma once
 
+#include "os/printf_format.h"
+
 #if defined(_WIN32) && defined(ZX_BUILDING_trace)
 #define MTRACE_API __declspec(dllexport)
 #elif defined(_WIN32)
 #define MTRACE_API
 #else
 #define MTRACE_API __attribute__((visibility("default")))
-#endif
-
-// Lets the compiler hold arguments against a format, where it can.
-#if defined(__GNUC__)
-#define MTRACE_PRINTF(text, first) __attribute__((format(printf, text, first)))
-#else
-#define MTRACE_PRINTF(text, first)
 #endif
 
 extern "C" {
@@ -32,7 +27,7 @@ MTRACE_API bool MTrace_TestMasterLevel(int level);
 MTRACE_API void _MTrace_Location(const char* file, int line, const char* channel, int level);
 
 // Writes one line, formatted as by printf, whatever the levels are: ask _MTrace_TestLevel first.
-MTRACE_API MTRACE_PRINTF(1, 2) void _MTrace_Always(const char* format, ...);
+MTRACE_API OS_PRINTF_FORMAT(1, 2) void _MTrace_Always(const char* format, ...);
 
 // Directs the trace to this file from now on (rotated at 16 MiB, three old ones kept). Without a call it is
 // the file named by the environment's ZENDRIX_TRACE, else trace.log in the user's state directory. The text

@@ -27,7 +27,7 @@ std::string appended(std::string text, Arguments... arguments) {
     return text;
 }
 
-MERRLOG_PRINTF(1, 2)
+OS_PRINTF_FORMAT(1, 2)
 std::string format_through_va(const char* format, ...) {
     va_list args;
     va_start(args, format);

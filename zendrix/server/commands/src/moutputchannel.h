@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "append_number.h"
+#include "os/printf_format.h"
 
 // Two neighbouring overloads of one name that must take their slots in this order. Microsoft's ABI lays such
 // neighbours in reverse of their declaration, the others lay them as declared.
@@ -82,10 +83,10 @@ public:
     virtual std::string get_text();
 
     // Format as by printf, then call the virtual operation of that name; they touch nothing else.
-    [[gnu::format(printf, 2, 3)]] void errorf(const char* format, ...);
-    [[gnu::format(printf, 2, 3)]] void warningf(const char* format, ...);
-    [[gnu::format(printf, 2, 3)]] void dataf(const char* format, ...);
-    [[gnu::format(printf, 2, 3)]] void eventf(const char* format, ...);
+    OS_PRINTF_FORMAT(2, 3) void errorf(const char* format, ...);
+    OS_PRINTF_FORMAT(2, 3) void warningf(const char* format, ...);
+    OS_PRINTF_FORMAT(2, 3) void dataf(const char* format, ...);
+    OS_PRINTF_FORMAT(2, 3) void eventf(const char* format, ...);
 
     // Marks the event as seen, without a line. A number outside 0 to 96 counts as unknown and is traced.
     void set_event_bit(int number);
