@@ -1,20 +1,20 @@
 #include <map>
 #include <memory>
-#include <mutex>
 
 #include "errtrace.h"
 #include "mthread.h"
+#include "os/critical_section.h"
 #include "os/error.h"
 
 struct MCriticalSection {
-    std::recursive_mutex mutex;
+    os::CriticalSection section;
 };
 
 MCriticalSection* MCriticalSection_Init() { return new MCriticalSection; }
 void MCriticalSection_Delete(MCriticalSection* section) { delete section; }
-void MCriticalSection_Enter(MCriticalSection* section) { section->mutex.lock(); }
-void MCriticalSection_Leave(MCriticalSection* section) { section->mutex.unlock(); }
-bool MCriticalSection_TryEnter(MCriticalSection* section) { return section->mutex.try_lock(); }
+void MCriticalSection_Enter(MCriticalSection* section) { section->section.enter(); }
+void MCriticalSection_Leave(MCriticalSection* section) { section->section.leave(); }
+bool MCriticalSection_TryEnter(MCriticalSection* section) { return section->section.try_enter(); }
 
 namespace kesh {
 
