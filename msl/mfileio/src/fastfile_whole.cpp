@@ -1,7 +1,6 @@
 // Whole files in one call.
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -207,7 +206,7 @@ std::int64_t MFastFile_WriteLinesAtOnce(const char* filename, const char* text, 
     const Block converted(static_cast<char*>(std::malloc(2 * size)));
     if (!converted && size > 0) {
         MERRTRACE_REPORT(source, "MFastFile_WriteLinesAtOnce(): malloc(%zu) failed: %.50s", 2 * size,
-                         os::error_text(errno).c_str());
+                         os::errno_text().c_str());
         return -1;
     }
     const std::size_t new_size = expand_line_ends(text, size, converted.get());

@@ -1,5 +1,4 @@
 #include <array>
-#include <cerrno>
 #include <cstdlib>
 #include <memory>
 
@@ -20,8 +19,7 @@ struct Free {
 bool replace_long(std::string& s, MExpandFunction expand, std::size_t needed) {
     const std::unique_ptr<char, Free> block(static_cast<char*>(std::malloc(needed + 2)));
     if (!block) {
-        MERRTRACE_REPORT(source, "MReplaceEnvironmentVars(): malloc() failed: %s",
-                         os::error_text(errno).c_str());
+        MERRTRACE_REPORT(source, "MReplaceEnvironmentVars(): malloc() failed: %s", os::errno_text().c_str());
         return false;
     }
     // The environment may have changed since it was measured.

@@ -1,6 +1,5 @@
 #include "MIniData.h"
 
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
@@ -76,7 +75,7 @@ char* MIniData_GetContentString(const MIniData* ini) {
     char* const copy = static_cast<char*>(std::malloc(text.size() + 1));
     if (!copy) {
         MERRTRACE_REPORT(source, "MIniData_GetContentString(): malloc() failed: %.50s",
-                         os::error_text(errno).c_str());
+                         os::errno_text().c_str());
         return nullptr;
     }
     std::memcpy(copy, text.c_str(), text.size() + 1);

@@ -1,7 +1,6 @@
 // Entries, and sections with their lines.
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
@@ -126,7 +125,7 @@ bool MIniDataSectionT<Compare>::add_new_entry(const char* name, const std::strin
     auto* const entry = pool.make<MIniDataEntry>(key + "=" + value, key.size() + 1);
     if (!entry) {
         MERRTRACE_REPORT(source, "MIniDataSectionT::add_new_entry(): new MIniDataEntry() failed: %.50s",
-                         os::error_text(errno).c_str());
+                         os::errno_text().c_str());
         return false;
     }
     entry_map.emplace(key, entry);

@@ -3,7 +3,6 @@
 #include "MIniData_template_core.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -196,7 +195,7 @@ bool MIniDataT<Compare>::fail_in_parse(const std::string& error) {
 // `what` could not be made.
 template <class Compare>
 bool MIniDataT<Compare>::out_of_memory(const char* what) {
-    const std::string reason = os::error_text(errno);
+    const std::string reason = os::errno_text();
     MERRTRACE_REPORT(source, "%s failed: %.50s", what, reason.c_str());
     return fail(stl_string_format("out of memory (%s)", reason.c_str()));
 }

@@ -221,7 +221,7 @@ bool MZipper::pack_directory(const std::string& name, const std::string& path) {
     for (const os::DirectoryEntry& entry : listing) {
         if (!entry.is_directory) continue;
         const std::string folder = os::entry_path(path, entry.name);
-        const char end = os::is_verbatim(folder) ? '/' : '\\';
+        const char end = os::is_verbatim(folder) ? os::native_separator() : '\\';
         if (!pack_directory(name + entry.name + '\\', folder + end)) return false;
     }
     return packed;
