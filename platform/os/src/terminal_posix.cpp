@@ -1,8 +1,6 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <cerrno>
-
 #include "os/terminal.h"
 
 namespace os {
@@ -15,16 +13,5 @@ bool wait_for_input(std::chrono::milliseconds at_most) {
 }
 
 std::ptrdiff_t read_input(char* bytes, std::size_t size) { return read(STDIN_FILENO, bytes, size); }
-
-bool write_output(const char* bytes, std::size_t size) {
-    while (size > 0) {
-        const ssize_t done = write(STDOUT_FILENO, bytes, size);
-        if (done < 0 && errno != EINTR) return false;
-        if (done <= 0) continue;
-        bytes += done;
-        size -= static_cast<std::size_t>(done);
-    }
-    return true;
-}
 
 }  // namespace os

@@ -16,8 +16,4 @@ bool wait_for_input(std::chrono::milliseconds at_most);
 // failed, with the reason in last_error() of os/error.h.
 std::ptrdiff_t read_input(char* bytes, std::size_t size);
 
-// Writes all the bytes to standard output as they are, line ends included. What the program's streams still
-// hold comes behind them: flush those first. False, with last_error(), if it failed.
-bool write_output(const char* bytes, std::size_t size);
-
 }  // namespace os
