@@ -1,7 +1,6 @@
 #include "interrupt.h"
 
 #include <atomic>
-#include <csignal>
 #include <cstdlib>
 
 #include "exit_status.h"
@@ -12,33 +11,29 @@ namespace {
 std::atomic<int> interrupts{0};
 std::atomic<bool> remembered{false};
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free,
-              "a signal handler needs it");
+              "a handler of interrupts needs it");
 
-extern "C" void remember_interrupt(int number) {
-    remembered = true;
-    std::signal(number, remember_interrupt);  // some systems forget the handler once it has run
-}
+void remember_interrupt() { remembered = true; }
 
-extern "C" void on_interrupt(int number) {
+void on_interrupt() {
     remembered = true;
     if (interrupts.fetch_add(1) > 0) std::_Exit(static_cast<int>(ExitStatus::MachineError));
-    std::signal(number, on_interrupt);
 }
 
 }  // namespace
 
-InterruptMemory::InterruptMemory() : m_previous(std::signal(SIGINT, remember_interrupt)) { take(); }
+InterruptMemory::InterruptMemory() : m_previous(os::set_interrupt_handler(remember_interrupt)) { take(); }
 
-InterruptMemory::~InterruptMemory() { std::signal(SIGINT, m_previous); }
+InterruptMemory::~InterruptMemory() { os::set_interrupt_handler(m_previous); }
 
 bool InterruptMemory::take() { return remembered.exchange(false); }
 
 InterruptWatch::InterruptWatch() {
     interrupts = 0;
-    m_previous = std::signal(SIGINT, on_interrupt);
+    m_previous = os::set_interrupt_handler(on_interrupt);
 }
 
-InterruptWatch::~InterruptWatch() { std::signal(SIGINT, m_previous); }
+InterruptWatch::~InterruptWatch() { os::set_interrupt_handler(m_previous); }
 
 bool InterruptWatch::interrupted() const { return interrupts.load() > 0; }
 

@@ -1,6 +1,8 @@
 // Ctrl-C while an action of the machine runs.
 #pragma once
 
+#include "os/interrupt.h"
+
 namespace zxhost {
 
 // For a program that plays many actions: while this lives, Ctrl-C between them doesn't end the program
@@ -16,7 +18,7 @@ public:
     static bool take();
 
 private:
-    void (*m_previous)(int);
+    os::InterruptHandler m_previous;
 };
 
 // While one of these lives, the first Ctrl-C is only remembered and the second ends the program at once,
@@ -31,7 +33,7 @@ public:
     bool interrupted() const;
 
 private:
-    void (*m_previous)(int);
+    os::InterruptHandler m_previous;
 };
 
 }  // namespace zxhost

@@ -1,19 +1,20 @@
 // zendrix-sim: the simulated machine as a program.
 #include <CLI/CLI.hpp>
 #include <atomic>
-#include <csignal>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "net/server.h"
+#include "os/interrupt.h"
+#include "os/streams.h"
 #include "settings.h"
 
 namespace {
 
 using namespace zendrix::sim;
 
-std::atomic<bool> stop_asked = false;  // lock-free, so a signal may set it
+std::atomic<bool> stop_asked = false;  // lock-free, so an interrupt may set it
 
 struct Wishes {
     Settings settings;
@@ -80,6 +81,7 @@ int serve(Server& server, Road road) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    os::make_standard_streams_binary();
     Wishes wishes;
     CLI::App app("A simulated machine server.", "zendrix-sim");
     declare(app, wishes);
@@ -96,7 +98,7 @@ int main(int argc, char** argv) {
         std::cerr << "zendrix-sim: " << error.what() << '\n';
         return 2;
     }
-    std::signal(SIGINT, [](int) { stop_asked = true; });
-    std::signal(SIGTERM, [](int) { stop_asked = true; });
+    for (const auto set_handler : {os::set_interrupt_handler, os::set_end_handler})
+        set_handler([] { stop_asked = true; });
     return serve(*server, wishes.server.road);
 }

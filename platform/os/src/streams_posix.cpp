@@ -1,0 +1,7 @@
+#include "os/streams.h"
+
+namespace os {
+
+void make_standard_streams_binary() {}
+
+}  // namespace os
