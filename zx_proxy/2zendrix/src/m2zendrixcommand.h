@@ -55,6 +55,12 @@ protected:
     // Is the text part of a line of the channel, or of these lines where the caller has split it already?
     bool is_already_reported(const std::string& text, const Lines* lines = nullptr) const;
 
+    // An error of the channel, unless the channel has its text already.
+    void report_once(const std::string& text);
+
+    // The id as any thread may read it.
+    long command_id() { return std::atomic_ref(m_commandId).load(); }
+
     // Makes the command's client call, `bool call(CZendrixCOM&)`, and reports its failure.
     template <class Call>
     void call_client(const M2ZendrixCallReport& report, Call&& call) {
@@ -87,12 +93,10 @@ private:
     bool lock_machine_or_log();
     void report_false(const M2ZendrixFalseReport& report);
     void report_thrown(const M2ZendrixThrownReport& report, const std::string& text);
-    void report_once(const std::string& text);
     void take_callbacks();
     void restore_callbacks();
     void harvest_output();
     Lines channel_lines() const;
-    long command_id() { return std::atomic_ref(m_commandId).load(); }
 
     os::Mutex m_errorLock;
     os::Mutex m_warningLock;

@@ -166,6 +166,11 @@ public:
                                                         const AxisTargetMap& offsets) override;
     MMachWobbleCommand* NewMMachWobbleCommand(MOutputChannel* channel,
                                               const MMachWobbleParameters& parameters) override;
+    // A firmware configuration makes the driver expect to lose the machine, from here on.
+    MMachSendCommand* NewMMachSendCommand(MOutputChannel* channel, const std::string& name,
+                                          const std::string& data) override;
+    // The name "backup.m2zendrix_dll" fetches an archive of the driver's own directory.
+    MMachReceiveCommand* NewMMachReceiveCommand(MOutputChannel* channel, const std::string& name) override;
 
     // These serve the commands.
     // The live client or null. Load it once per function: it goes away when a loss was expected.

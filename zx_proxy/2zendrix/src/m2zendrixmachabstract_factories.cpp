@@ -1,4 +1,5 @@
 // The factories of the driver: without a client none, else a new command, which has sent its request.
+#include "drivertrace.h"
 #include "m2zendrixgetcommand.h"
 #include "m2zendrixinitcommand.h"
 #include "m2zendrixkeypaddisablecommand.h"
@@ -22,6 +23,7 @@
 #include "m2zendrixprobesystemloadcommand.h"
 #include "m2zendrixprobesystemunloadcommand.h"
 #include "m2zendrixprobeunloadcommand.h"
+#include "m2zendrixreceivecommand.h"
 #include "m2zendrixresetcommand.h"
 #include "m2zendrixscanbasecommand.h"
 #include "m2zendrixscancirclecommand.h"
@@ -30,12 +32,18 @@
 #include "m2zendrixscandatacommand.h"
 #include "m2zendrixscanpointcommand.h"
 #include "m2zendrixscanpolycommand.h"
+#include "m2zendrixsendcommand.h"
 #include "m2zendrixsetcommand.h"
 #include "m2zendrixspindisablecommand.h"
 #include "m2zendrixspinenablecommand.h"
 #include "m2zendrixwobblecommand.h"
 
 namespace {
+
+constexpr const char* source = "m2zendrixmachabstract_factories.cpp";
+
+// The machine drops the connection when it has taken a block with this in its name.
+constexpr const char* firmware_configuration = "firmware.config";
 
 template <class Command, class... Arguments>
 Command* new_command(M2ZendrixMachAbstract* mach, MOutputChannel* channel, const Arguments&... arguments) {
@@ -177,4 +185,18 @@ MMachProbeOffsetCommand* M2ZendrixMachAbstract::NewMMachProbeOffsetCommand(MOutp
 MMachWobbleCommand* M2ZendrixMachAbstract::NewMMachWobbleCommand(MOutputChannel* channel,
                                                                  const MMachWobbleParameters& parameters) {
     return new_command<M2ZendrixWobbleCommand>(this, channel, parameters);
+}
+MMachSendCommand* M2ZendrixMachAbstract::NewMMachSendCommand(MOutputChannel* channel, const std::string& name,
+                                                             const std::string& data) {
+    if (!client()) return nullptr;
+    if (name.find(firmware_configuration) != std::string::npos) {
+        DRIVER_TRACE(source, 2, "%s(): send to %s. We expect connection loss!",
+                     "M2ZendrixMachAbstract::NewMMachSendCommand", name.c_str());
+        m_expectConnectionLoss = true;
+    }
+    return new_command<M2ZendrixSendCommand>(this, channel, name, data);
+}
+MMachReceiveCommand* M2ZendrixMachAbstract::NewMMachReceiveCommand(MOutputChannel* channel,
+                                                                   const std::string& name) {
+    return new_command<M2ZendrixReceiveCommand>(this, channel, name, m_directory);
 }
