@@ -18,6 +18,9 @@ public:
 
     // Starts a thread that runs the function, whose result is its exit code. The id is not 0, and no other
     // thread has it as long as a handle of this one is open. The caller closes the handle.
+    // The shared library that this code is linked into stays loaded until the thread has ended, whoever
+    // unloads it meanwhile: it is held before the thread starts, and let go when nothing of it runs on the
+    // thread any more. If it can't be let go so, it stays.
     virtual bool start(unsigned (*function)(void*), void* argument, ThreadHandle& handle,
                        std::uint32_t& id) = 0;
 
