@@ -1,0 +1,100 @@
+#include <windows.h>
+
+#include <filesystem>
+
+#include "file_fixture.h"
+#include "os/path.h"
+
+namespace {
+
+using FileTestWin32 = FileTest;
+
+bool is_inherited(os::FileHandle file) {
+    DWORD flags = 0;
+    EXPECT_TRUE(GetHandleInformation(reinterpret_cast<HANDLE>(file), &flags));
+    return (flags & HANDLE_FLAG_INHERIT) != 0;
+}
+
+TEST_F(FileTestWin32, AReaderLetsOthersReadAndWriteAWriterLetsThemRead) {
+    m_directory.file("file", "x");
+    const std::string name = path("file");
+    const os::FileHandle reader = m_files.open(name.c_str(), os::OpenMode::Read, false);
+    EXPECT_TRUE(is_inherited(reader));
+    const os::FileHandle writer = m_files.open(name.c_str(), os::OpenMode::Append, false);
+    EXPECT_NE(os::no_file, writer);
+    EXPECT_FALSE(is_inherited(writer));
+    EXPECT_EQ(os::no_file, m_files.open(name.c_str(), os::OpenMode::Append, false));
+    EXPECT_EQ(ERROR_SHARING_VIOLATION, static_cast<DWORD>(os::last_error()));
+    const os::FileHandle second = m_files.open(name.c_str(), os::OpenMode::Read, false);
+    EXPECT_NE(os::no_file, second);
+    for (const os::FileHandle file : {reader, writer, second}) EXPECT_TRUE(m_files.close(file));
+}
+
+TEST_F(FileTestWin32, ADirectoryIsDenied) {
+    EXPECT_EQ(os::no_file, m_files.open(path("").c_str(), os::OpenMode::Read, false));
+    EXPECT_EQ(ERROR_ACCESS_DENIED, static_cast<DWORD>(os::last_error()));
+}
+
+TEST_F(FileTestWin32, AnEmptyDirectoryIsTheCurrentOne) {
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(path(""));
+    std::string made;
+    EXPECT_TRUE(m_files.make_temporary("", "ffw", made)) << os::error_text(os::last_error());
+    std::filesystem::current_path(before);
+    EXPECT_TRUE(made.starts_with(".\\ffw")) << made;
+    EXPECT_EQ((Names{std::filesystem::path(made).filename().string()}), names("ffw*.tmp"));
+}
+
+TEST_F(FileTestWin32, AttributesTellWhatIsHidden) {
+    for (const char* const name : {"hidden", "plain", "system", ".dot"}) m_directory.file(name, "");
+    SetFileAttributesA(path("hidden").c_str(), FILE_ATTRIBUTE_HIDDEN);
+    SetFileAttributesA(path("system").c_str(), FILE_ATTRIBUTE_SYSTEM);
+    SetFileAttributesA(path(".dot").c_str(), FILE_ATTRIBUTE_NORMAL);
+    std::string hidden;
+    std::vector<os::DirectoryEntry> found;
+    ASSERT_TRUE(m_files.find(path("*.*").c_str(), found));
+    for (const auto& entry : found) hidden += entry.is_hidden ? entry.name + ' ' : "";
+    EXPECT_EQ("hidden system ", hidden);
+}
+
+// Deeper than the services that take bytes can follow.
+TEST_F(FileTestWin32, LongPathsAreReachedVerbatim) {
+    std::string directory = path("") + "\\";
+    std::wstring made = L"\\\\?\\" + std::filesystem::path(path("")).make_preferred().wstring();
+    for (int depth = 0; depth < 6; ++depth) {
+        const std::string name(50, static_cast<char>('a' + depth));
+        directory = os::entry_path(directory, name) + "\\";
+        made += L"\\" + std::wstring(name.begin(), name.end());
+        ASSERT_TRUE(CreateDirectoryW(made.c_str(), nullptr)) << GetLastError();
+    }
+    ASSERT_TRUE(os::is_verbatim(directory)) << directory;
+    const std::string name = os::entry_path(directory, "file");
+    const os::FileHandle file = m_files.open(name.c_str(), os::OpenMode::CreateNew, false);
+    ASSERT_NE(os::no_file, file) << os::error_text(os::last_error());
+    std::uint32_t done = 0;
+    EXPECT_TRUE(m_files.write(file, "12345", 5, done));
+    EXPECT_TRUE(m_files.close(file));
+    std::vector<os::DirectoryEntry> found;
+    ASSERT_TRUE(m_files.find(directory.c_str(), found));
+    ASSERT_EQ(3U, found.size());
+    EXPECT_EQ("file", found[2].name);
+    os::FileInfo info;
+    EXPECT_TRUE(m_files.info(name.c_str(), info));
+    EXPECT_EQ(5, info.size);
+    EXPECT_TRUE(m_files.make_writable(name.c_str()));
+    EXPECT_TRUE(m_files.remove(name.c_str()));
+}
+
+TEST_F(FileTestWin32, ASeparatorBehindADirectoryIsNoMatter) {
+    std::filesystem::create_directory(path("dir"));
+    os::FileInfo info;
+    for (const char* const name : {"dir", "dir/", "dir\\", "dir\\/"}) {
+        info.is_directory = false;
+        EXPECT_TRUE(m_files.info(path(name).c_str(), info)) << name;
+        EXPECT_TRUE(info.is_directory) << name;
+    }
+    EXPECT_TRUE(m_files.info("c:\\", info));
+    EXPECT_TRUE(info.is_directory);
+}
+
+}  // namespace
