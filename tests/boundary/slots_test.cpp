@@ -53,7 +53,9 @@ void expect_layouts(Abi abi) {
     }
 }
 
-TEST(Slots, AreInTheirPlacesInTheItaniumAbi) { expect_layouts(Abi::itanium); }
+TEST(Slots, AreInTheirPlacesInTheItaniumAbi) { expect_layouts(Abi::linux_itanium); }
+
+TEST(Slots, AreInTheirPlacesOnMinGW) { expect_layouts(Abi::mingw); }
 
 TEST(Slots, AreInTheirPlacesInTheMicrosoftAbi) { expect_layouts(Abi::microsoft); }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-enum class Abi { itanium, microsoft };
+#include "clang_output.h"
 
 // Signatures without their class, as "bool Open()", in the order of the slots; the destructor is
 // "destructor", once.
@@ -14,5 +14,5 @@ using Slots = std::vector<std::string>;
 // By class name: the table of the first base, then those of further bases in order.
 using Layouts = std::map<std::string, std::vector<Slots>>;
 
-// Throws std::runtime_error with the compiler's own words if there is no clang or it can't compile.
+// Throws as clang_output does.
 Layouts vtable_layouts(Abi abi);
