@@ -44,13 +44,15 @@ void expect_calls(Abi abi, int place_of_open, bool result_first) {
     EXPECT_EQ(result_comes_first(call_in(code, "result_by_value").line), result_first);
 }
 
-TEST(Calls, InTheItaniumAbiTheDestructorTakesTwoPlacesAndAResultComesFirst) {
+TEST(CallsPosix, InTheItaniumAbiTheDestructorTakesTwoPlacesAndAResultComesFirst) {
     expect_calls(Abi::linux_itanium, 4, true);
 }
 
-TEST(Calls, OnMinGWTheDestructorTakesTwoPlacesAndAResultComesFirst) { expect_calls(Abi::mingw, 4, true); }
+TEST(CallsPosix, OnMinGWTheDestructorTakesTwoPlacesAndAResultComesFirst) {
+    expect_calls(Abi::mingw, 4, true);
+}
 
-TEST(Calls, InTheMicrosoftAbiTheDestructorTakesOnePlaceAndTheObjectComesFirst) {
+TEST(CallsPosix, InTheMicrosoftAbiTheDestructorTakesOnePlaceAndTheObjectComesFirst) {
     expect_calls(Abi::microsoft, 3, false);
 }
 

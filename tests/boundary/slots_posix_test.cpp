@@ -53,13 +53,13 @@ void expect_layouts(Abi abi) {
     }
 }
 
-TEST(Slots, AreInTheirPlacesInTheItaniumAbi) { expect_layouts(Abi::linux_itanium); }
+TEST(SlotsPosix, AreInTheirPlacesInTheItaniumAbi) { expect_layouts(Abi::linux_itanium); }
 
-TEST(Slots, AreInTheirPlacesOnMinGW) { expect_layouts(Abi::mingw); }
+TEST(SlotsPosix, AreInTheirPlacesOnMinGW) { expect_layouts(Abi::mingw); }
 
-TEST(Slots, AreInTheirPlacesInTheMicrosoftAbi) { expect_layouts(Abi::microsoft); }
+TEST(SlotsPosix, AreInTheirPlacesInTheMicrosoftAbi) { expect_layouts(Abi::microsoft); }
 
-TEST(Slots, TheTablesHaveTheirLengths) {
+TEST(SlotsPosix, TheTablesHaveTheirLengths) {
     EXPECT_EQ(read_slots("MMachAbstract").size(), 147U);
     EXPECT_EQ(read_slots("MOutputChannel").size(), 21U);
     EXPECT_EQ(read_slots("MMachNotifier").size(), 3U);
