@@ -1,11 +1,17 @@
 # What every target of ours is compiled with: linked as zx_options by zx_library, zx_program and zx_test.
 add_library(zx_options INTERFACE)
-target_compile_options(zx_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 target_link_libraries(zx_options INTERFACE Threads::Threads)
+if(MSVC)
+    # The language as the standard has it, texts in UTF-8; the C library's own names are no mistake.
+    target_compile_options(zx_options INTERFACE /W4 /WX /permissive- /utf-8 /EHsc /Zc:__cplusplus /Zc:preprocessor)
+    target_compile_definitions(zx_options INTERFACE _CRT_SECURE_NO_WARNINGS _CRT_NONSTDC_NO_WARNINGS)
+else()
+    target_compile_options(zx_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # g++ 12 sees overlapping copies in the assignment of a literal to a std::string, where there are none.
     target_compile_options(zx_options INTERFACE -Wno-restrict)
-elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND NOT MSVC)
     target_compile_options(zx_options INTERFACE -Wthread-safety)
 endif()
 if(ZX_SANITIZE)
