@@ -44,6 +44,10 @@ public:
         m_pZendrixCom = com;
     }
 
+    using M2ZendrixMachAbstract::m_expectConnectionLoss;
+
+    void set_directory(const std::string& directory) { m_directory = directory; }
+
     std::size_t finished() {
         os::LockGuard guard(m_finishedIdsLock);
         return m_finishedIds.size();

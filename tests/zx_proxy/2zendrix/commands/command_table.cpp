@@ -23,7 +23,7 @@ const std::string internal_error = "error \"internal error\"";
 // What most rows have in common: the machine is taken, an id comes, the catalogue's line on false.
 CommandRow common(const char* name, const char* command_name,
                   MMachCommand* (*create)(MMachAbstract&, MOutputChannel*), const char* call) {
-    CommandRow row{name, command_name, create,           call, true, true, true, false, internal_error,
+    CommandRow row{name, command_name, create,           call, true, true, true, false, false, internal_error,
                    true, "",           CommandRow::once, ""};
     row.thrown_log = "m_pZendrixCom->" + row.operation() + "() failed: '%s'\n";
     return row;
@@ -42,6 +42,10 @@ CommandRow without_machine(CommandRow row) {
 }
 CommandRow scanning(CommandRow row) {
     row.scans = true;
+    return row;
+}
+CommandRow receiving(CommandRow row) {
+    row.receives = true;
     return row;
 }
 CommandRow on_false_text(CommandRow row, const std::string& text) {
@@ -193,6 +197,11 @@ const std::vector<CommandRow>& command_table() {
                 "Wobble", "wobble", CREATE(Wobble, MMachWobbleParameters{{1, -2.5, 0, 1e-7, 1234567, 6}}),
                 "SetWobble(1, -2.5, 0, 1e-07, 1234567, 6)")))),
             "m_pZendrixCom->SetWobble(1,-2.5,0,1e-07,1.23457e+06,6, failed: '%s'"),
+
+        without_abort(without_machine(
+            without_id(common("Send", "send", CREATE(Send, "block", "data"), "Send(\"block\", \"data\")")))),
+        receiving(without_abort(
+            without_machine(common("Receive", "receive", CREATE(Receive, "block"), "Receive(\"block\")")))),
     };
     return rows;
 }

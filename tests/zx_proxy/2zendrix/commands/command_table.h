@@ -20,6 +20,7 @@ struct CommandRow {
     bool has_id;
     bool aborts;
     bool scans;
+    bool receives;
     std::string false_text;  // of the error line when the call answers false
     bool false_once;         // unless the channel has the text already
     std::string false_log;   // of the error log then; empty for nothing

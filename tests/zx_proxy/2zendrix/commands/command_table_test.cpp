@@ -10,7 +10,10 @@ class CommandTableTest : public CommandTest, public ::testing::WithParamInterfac
 protected:
     const CommandRow& row() const { return GetParam(); }
 
-    void create_row() { m_command.reset(row().create(*m_driver, &m_channel)); }
+    void create_row() {
+        if (row().receives) script().answers.reply_lines[script().answers.next_id];
+        m_command.reset(row().create(*m_driver, &m_channel));
+    }
 
     // What a command's constructor asks of the client.
     Texts calls_of_creation() const {
@@ -19,6 +22,8 @@ protected:
             "SetErrorMsgCallback(f5, u2)", "SetWarningMsgCallback(f6, u2)", "SetAsyncCallback(f7, u2)"};
         // The scan part follows the command part in the object, at the same address.
         if (row().scans) texts.push_back("SetScanCallback(f8, u2)");
+        // The callback speaks of the whole object, the others of its command part.
+        if (row().receives) texts.push_back("SetCommandCompleteCallback(f8, u3)");
         if (row().takes_machine) texts.push_back("GetMachine(0)");
         texts.push_back(row().call);
         if (row().takes_machine) texts.push_back("ReleaseMachine(0)");
@@ -39,11 +44,15 @@ protected:
                 "SetAsyncCallback(events, driver)"};
     }
 
+    static constexpr const char* completions_given_back = "SetCommandCompleteCallback(complete, driver)";
+
     // The command, which has no id, ends at the first poll and gives the callbacks back then.
     void expect_ended_at_the_first_poll() {
         calls();
         EXPECT_TRUE(m_command->IsDone());
-        EXPECT_EQ(calls(), callbacks_given_back());
+        Texts expected = callbacks_given_back();
+        if (row().receives) expected.push_back(completions_given_back);
+        EXPECT_EQ(calls(), expected);
         EXPECT_TRUE(m_driver->driver_callbacks_installed());
     }
 
@@ -113,6 +122,7 @@ TEST_P(CommandTableTest, ForeignExceptionPassesAndLeavesNothingBehind) {
     script().throw_foreign(row().operation());
     EXPECT_THROW(create_row(), scripted::Foreign);
     Texts expected = calls_of_creation();
+    if (row().receives) expected.push_back(completions_given_back);
     for (const std::string& text : calls_of_deletion()) expected.push_back(text);
     EXPECT_EQ(calls(), expected);
     EXPECT_TRUE(m_driver->driver_callbacks_installed());
@@ -197,6 +207,6 @@ TEST_P(CommandTableTest, WithoutAClientThereIsNoCommand) {
 INSTANTIATE_TEST_SUITE_P(All, CommandTableTest, ::testing::ValuesIn(command_table()),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(CommandTable, HasEveryRow) { EXPECT_EQ(command_table().size(), 34u); }
+TEST(CommandTable, HasEveryRow) { EXPECT_EQ(command_table().size(), 36u); }
 
 }  // namespace

@@ -1,0 +1,64 @@
+// The system's threads, but each of them starts its work only when it is released; at the end of the object
+// all are released and waited for.
+#pragma once
+
+#include <semaphore>
+#include <utility>
+#include <vector>
+
+#include "os/threads.h"
+
+class HeldThreads final : public os::ThreadSystem {
+public:
+    HeldThreads() : m_real(*os::replace_threads(this)) {}
+    ~HeldThreads() override {
+        finish();
+        os::replace_threads(nullptr);
+    }
+
+    // Lets the threads go that have been started, and waits until they have ended.
+    void finish() {
+        for (const os::ThreadHandle handle : std::exchange(m_started, {})) {
+            m_released.release();
+            m_real.wait(handle);
+            m_real.close(handle);
+        }
+    }
+
+    bool start(unsigned (*function)(void*), void* argument, os::ThreadHandle& handle,
+               std::uint32_t& id) override {
+        auto* work = new Work{function, argument, m_released};
+        os::ThreadHandle copy = os::no_thread;
+        if (!m_real.start(run, work, handle, id) || !m_real.duplicate(handle, copy)) return false;
+        m_started.push_back(copy);
+        return true;
+    }
+    bool set_normal_priority(os::ThreadHandle handle) override { return m_real.set_normal_priority(handle); }
+    bool duplicate(os::ThreadHandle handle, os::ThreadHandle& copy) override {
+        return m_real.duplicate(handle, copy);
+    }
+    bool wait(os::ThreadHandle handle) override { return m_real.wait(handle); }
+    bool exit_code(os::ThreadHandle handle, unsigned& code) override {
+        return m_real.exit_code(handle, code);
+    }
+    bool close(os::ThreadHandle handle) override { return m_real.close(handle); }
+
+private:
+    using Semaphore = std::counting_semaphore<>;
+    struct Work {
+        unsigned (*function)(void*);
+        void* argument;
+        Semaphore& released;
+    };
+
+    static unsigned run(void* pointer) {
+        const Work work = *static_cast<Work*>(pointer);
+        delete static_cast<Work*>(pointer);
+        work.released.acquire();
+        return work.function(work.argument);
+    }
+
+    os::ThreadSystem& m_real;
+    Semaphore m_released{0};
+    std::vector<os::ThreadHandle> m_started;
+};
