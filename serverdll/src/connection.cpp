@@ -50,10 +50,11 @@ void Connection::join() {
 }
 
 void Connection::perform(wire::RequestWriter& request, Exchange& exchange) {
-    if (!m_requests.add(request.id(), exchange)) return;
+    const auto id = static_cast<long>(request.id());  // ids fit everywhere
+    if (!m_requests.add(id, exchange)) return;
     exchange.began = Clock::now();
     send(request.finish());
-    wait(request.id(), exchange);
+    wait(id, exchange);
 }
 
 void Connection::send(std::string_view line) {
@@ -140,7 +141,7 @@ std::string Connection::check_heartbeat(Clock::time_point now) {
     if (until_heartbeat(now).count() > 0) return "";
     if (m_pingIsOut) return "the server is silent";
     wire::RequestWriter ping(process_ids().next(), "ping");
-    m_requests.add_heartbeat(ping.id());
+    m_requests.add_heartbeat(static_cast<long>(ping.id()));
     m_pingIsOut = true;
     m_pinged = now;
     send(ping.finish());
