@@ -3,6 +3,8 @@
 #include "boundary_commands.h"
 #include "m2zendrixgetcommand.h"
 #include "m2zendrixinitcommand.h"
+#include "m2zendrixkeypaddisablecommand.h"
+#include "m2zendrixkeypadenablecommand.h"
 #include "m2zendrixmachabstract.h"
 #include "m2zendrixmodulocommand.h"
 #include "m2zendrixmovebasecommand.h"
@@ -12,6 +14,17 @@
 #include "m2zendrixmovehomecommand.h"
 #include "m2zendrixmovepolycommand.h"
 #include "m2zendrixmovezerocommand.h"
+#include "m2zendrixprobechangecommand.h"
+#include "m2zendrixprobedefinecommand.h"
+#include "m2zendrixprobedeletecommand.h"
+#include "m2zendrixprobeloadcommand.h"
+#include "m2zendrixprobeoffsetcommand.h"
+#include "m2zendrixprobesystemdefinecommand.h"
+#include "m2zendrixprobesystemdeletecommand.h"
+#include "m2zendrixprobesystemloadcommand.h"
+#include "m2zendrixprobesystemunloadcommand.h"
+#include "m2zendrixprobeunloadcommand.h"
+#include "m2zendrixreceivecommand.h"
 #include "m2zendrixresetcommand.h"
 #include "m2zendrixscanbasecommand.h"
 #include "m2zendrixscancirclecommand.h"
@@ -20,7 +33,11 @@
 #include "m2zendrixscandatacommand.h"
 #include "m2zendrixscanpointcommand.h"
 #include "m2zendrixscanpolycommand.h"
+#include "m2zendrixsendcommand.h"
 #include "m2zendrixsetcommand.h"
+#include "m2zendrixspindisablecommand.h"
+#include "m2zendrixspinenablecommand.h"
+#include "m2zendrixwobblecommand.h"
 #include "mmachabstract.h"
 #include "mmachnotifier.h"
 #include "moutputchannel.h"
@@ -38,8 +55,7 @@ template void destroy(M2ZendrixMachAbstract*);
 template void destroy(M2ZendrixCommand*);
 template void destroy(M2ZendrixGenericScanCommand*);
 
-#define DESTROY_FACE(face) template void destroy(MMach##face##Command*);
-#define DESTROY_BOTH(face, driver) \
-    DESTROY_FACE(face)             \
+#define DESTROY(face, driver)                     \
+    template void destroy(MMach##face##Command*); \
     template void destroy(M2Zendrix##driver##Command*);
-ALL_COMMANDS(DESTROY_FACE, DESTROY_BOTH, DESTROY_BOTH)
+ALL_COMMANDS(DESTROY, DESTROY)

@@ -1,41 +1,41 @@
-// The commands whose virtual tables cross the boundary. FACE is a host's class that has no class of the
-// driver yet; BOTH names the host's class and the driver's; SCAN is as BOTH, with measured points.
+// The commands whose virtual tables cross the boundary, as the host's class and the driver's are called; SCAN
+// is as COMMAND, with measured points.
 #pragma once
 
-#define ALL_COMMANDS(FACE, BOTH, SCAN) \
-    BOTH(Get, Get)                     \
-    BOTH(Init, Init)                   \
-    BOTH(Modulo, Modulo)               \
-    BOTH(Move, Move)                   \
-    BOTH(Movebase, Movebase)           \
-    BOTH(Movecircle, MoveCircle)       \
-    BOTH(Movecone, MoveCone)           \
-    BOTH(Movehome, Movehome)           \
-    BOTH(Movepoly, Movepoly)           \
-    BOTH(Movezero, Movezero)           \
-    BOTH(Reset, Reset)                 \
-    BOTH(Scanbase, Scanbase)           \
-    BOTH(Scandata, Scandata)           \
-    BOTH(Set, Set)                     \
-    SCAN(Scan, Scan)                   \
-    SCAN(Scancircle, Scancircle)       \
-    SCAN(Scancone, Scancone)           \
-    SCAN(Scanpoint, Scanpoint)         \
-    SCAN(Scanpoly, Scanpoly)           \
-    FACE(KeypadDisable)                \
-    FACE(KeypadEnable)                 \
-    FACE(ProbeChange)                  \
-    FACE(ProbeDefine)                  \
-    FACE(ProbeDelete)                  \
-    FACE(ProbeLoad)                    \
-    FACE(ProbeOffset)                  \
-    FACE(ProbeUnload)                  \
-    FACE(ProbesystemDefine)            \
-    FACE(ProbesystemDelete)            \
-    FACE(ProbesystemLoad)              \
-    FACE(ProbesystemUnload)            \
-    FACE(Receive)                      \
-    FACE(Send)                         \
-    FACE(SpinDisable)                  \
-    FACE(SpinEnable)                   \
-    FACE(Wobble)
+#define ALL_COMMANDS(COMMAND, SCAN)               \
+    COMMAND(Get, Get)                             \
+    COMMAND(Init, Init)                           \
+    COMMAND(KeypadDisable, KeypadDisable)         \
+    COMMAND(KeypadEnable, KeypadEnable)           \
+    COMMAND(Modulo, Modulo)                       \
+    COMMAND(Move, Move)                           \
+    COMMAND(Movebase, Movebase)                   \
+    COMMAND(Movecircle, MoveCircle)               \
+    COMMAND(Movecone, MoveCone)                   \
+    COMMAND(Movehome, Movehome)                   \
+    COMMAND(Movepoly, Movepoly)                   \
+    COMMAND(Movezero, Movezero)                   \
+    COMMAND(ProbeChange, ProbeChange)             \
+    COMMAND(ProbeDefine, ProbeDefine)             \
+    COMMAND(ProbeDelete, ProbeDelete)             \
+    COMMAND(ProbeLoad, ProbeLoad)                 \
+    COMMAND(ProbeOffset, ProbeOffset)             \
+    COMMAND(ProbeUnload, ProbeUnload)             \
+    COMMAND(ProbesystemDefine, ProbesystemDefine) \
+    COMMAND(ProbesystemDelete, ProbesystemDelete) \
+    COMMAND(ProbesystemLoad, ProbesystemLoad)     \
+    COMMAND(ProbesystemUnload, ProbesystemUnload) \
+    COMMAND(Receive, Receive)                     \
+    COMMAND(Reset, Reset)                         \
+    COMMAND(Scanbase, Scanbase)                   \
+    COMMAND(Scandata, Scandata)                   \
+    COMMAND(Send, Send)                           \
+    COMMAND(Set, Set)                             \
+    COMMAND(SpinDisable, SpinDisable)             \
+    COMMAND(SpinEnable, SpinEnable)               \
+    COMMAND(Wobble, Wobble)                       \
+    SCAN(Scan, Scan)                              \
+    SCAN(Scancircle, Scancircle)                  \
+    SCAN(Scancone, Scancone)                      \
+    SCAN(Scanpoint, Scanpoint)                    \
+    SCAN(Scanpoly, Scanpoly)

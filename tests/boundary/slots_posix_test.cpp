@@ -30,14 +30,13 @@ Layouts expected_layouts() {
     expected["MMachCommand"] = {face};
     expected["M2ZendrixCommand"] = {machinery};
     expected["M2ZendrixGenericScanCommand"] = {scanning_machinery};
-#define FACE(name) expected["MMach" #name "Command"] = {face};
-#define BOTH(name, driver) \
-    FACE(name)             \
+#define COMMAND(name, driver)                   \
+    expected["MMach" #name "Command"] = {face}; \
     expected["M2Zendrix" #driver "Command"] = {face, machinery};
 #define SCAN(name, driver)                               \
     expected["MMach" #name "Command"] = {scanning_face}; \
     expected["M2Zendrix" #driver "Command"] = {scanning_face, scanning_machinery};
-    ALL_COMMANDS(FACE, BOTH, SCAN)
+    ALL_COMMANDS(COMMAND, SCAN)
     return expected;
 }
 
