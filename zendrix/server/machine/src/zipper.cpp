@@ -2,6 +2,7 @@
 
 #include <minizip/zip.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
@@ -14,6 +15,7 @@
 #include "os/directories.h"
 #include "os/file.h"
 #include "os/localtime.h"
+#include "os/mutex.h"
 #include "os/path.h"
 
 namespace {
@@ -89,8 +91,9 @@ int open_entry(zipFile zip, const char* name) {
 
 using Listing = std::vector<os::DirectoryEntry>;
 
+// No directory at all stays none: with a separator it would be the root.
 std::string with_separator(const std::string& directory) {
-    return !directory.empty() && is_separator(directory.back()) ? directory : directory + '/';
+    return directory.empty() || is_separator(directory.back()) ? directory : directory + '/';
 }
 
 // The entries of a directory, sorted by name, without "." and "..".
@@ -119,13 +122,37 @@ bool refuse_too_large(const std::string& name, std::int64_t size) {
     return false;
 }
 
-// Reads the finished archive back; empty after a failure.
-std::string read_archive(const std::string& path) {
+std::string report_unread(const std::string& path) {
+    MERRTRACE_REPORT(source, "%s(): MFastfile_ReadAtOnce(%s, ...) failed", create_archive, path.c_str());
+    return {};
+}
+
+// Reads the finished archive back, from the very file that was written: its path may lead to another by now.
+// Empty after a failure.
+std::string read_archive(MFastFileReader& file, const std::string& path) {
+    os::FileInfo info;
+    const std::int64_t expected = os::files().info(path.c_str(), info) ? info.size : 0;
     std::string archive;
-    if (MFastFile_ReadAtOnce(path.c_str(), archive) < 0) {
-        MERRTRACE_REPORT(source, "%s(): MFastfile_ReadAtOnce(%s, ...) failed", create_archive, path.c_str());
-        archive.clear();
+    std::size_t room = static_cast<std::size_t>(std::max<std::int64_t>(expected, 0xFFFF)) + 1;
+    for (;; room = archive.size()) {
+        const std::size_t size = archive.size();
+        archive.resize(size + room);
+        const std::int64_t count = file.Read(archive.data() + size, room);
+        if (count < 0) return report_unread(path);
+        archive.resize(size + static_cast<std::size_t>(count));
+        if (archive.size() < size + room) return archive;
     }
+}
+
+// Ends the archive and reads it back; empty after a failure.
+std::string finish(MZipper& zipper, MFastFileReader& written, const std::string& path) {
+    std::string archive;
+    if (zipper.Close()) {
+        archive = read_archive(written, path);
+    } else {
+        MERRTRACE_REPORT(source, "%s(): Close zip archive %s failed", create_archive, path.c_str());
+    }
+    written.Close();
     return archive;
 }
 
@@ -265,23 +292,21 @@ bool MZipper::write_entry(const std::string& name, const std::string& data) {
 std::string temp_zip_path() { return os::temporary_directory() + "backup_tmp.zip"; }
 
 std::string CreateZipArchive(const std::string& directory) {
+    static os::Mutex one_at_a_time;
+    const os::LockGuard guard(one_at_a_time);
     const std::string path = temp_zip_path();
     MZipper zipper;
     if (!zipper.Open(path)) {
         MERRTRACE_REPORT(source, "%s(): Open zip archive %s failed", create_archive, path.c_str());
         return {};
     }
+    MFastFileReader written(path.c_str());
     if (!zipper.FilesToZippArchive(with_separator(directory).c_str())) {
         MERRTRACE_REPORT(source, "%s(): Files to zip archive failed", create_archive);
         zipper.Abandon();
         return {};
     }
-    std::string archive;
-    if (zipper.Close()) {
-        archive = read_archive(path);
-    } else {
-        MERRTRACE_REPORT(source, "%s(): Close zip archive %s failed", create_archive, path.c_str());
-    }
+    std::string archive = finish(zipper, written, path);
     remove_archive(path);
     return archive;
 }

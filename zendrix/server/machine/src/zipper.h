@@ -50,9 +50,11 @@ private:
     bool m_abandoned = false;  // nothing more is written
 };
 
-// Where CreateZipArchive makes its archive: always the same path, so that two at once collide.
+// Where CreateZipArchive makes its archive: always the same path.
 std::string temp_zip_path();
 
 // The bytes of an archive of the directory tree, whose path may lack the separator at its end; empty after a
-// failure.
+// failure, and for an empty path. Any thread may call it; in one process archives are made one after the
+// other. Another process that makes one at the same time fails, or takes the path over: either way nobody is
+// given what the other has written.
 std::string CreateZipArchive(const std::string& directory);
