@@ -1,9 +1,16 @@
 #include "settings.h"
 
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
+#include "machine/blockstore.h"
 #include "machine/descriptionreader.h"
+#include "machine/error.h"
+#include "messagecatalogue.h"
 #include "numbers.h"
 
 namespace zendrix::sim {
@@ -17,6 +24,31 @@ std::unique_ptr<Clock> make_clock(const std::string& speed) {
         throw std::invalid_argument("--speed: \"" + speed + "\" is neither max nor a factor from 0.001 on");
     }
     return std::make_unique<ScaledClock>(factor);
+}
+
+// Each file of the directory is a block of the file's name.
+void read_blocks(const std::string& directory, std::map<std::string, std::string>& blocks) {
+    std::error_code error;
+    const std::filesystem::directory_iterator entries(directory, error);
+    if (error) throw std::invalid_argument("--blocks: \"" + directory + "\": " + error.message());
+    for (const std::filesystem::directory_entry& entry : entries) {
+        if (!entry.is_regular_file()) continue;
+        std::ifstream file(entry.path(), std::ios::binary);
+        std::ostringstream content;
+        if (entry.file_size() > 0) content << file.rdbuf();
+        if (!file || !content) throw std::invalid_argument("--blocks: can't read " + entry.path().string());
+        blocks[entry.path().filename().string()] = std::move(content).str();
+    }
+}
+
+void add_blocks(const std::string& directory, BlocksDescription& blocks) {
+    read_blocks(directory, blocks.blocks);
+    try {
+        const BlockStore store(blocks);
+    } catch (const Refused& refused) {
+        throw std::invalid_argument("--blocks: \"" + directory +
+                                    "\": " + error_text(static_cast<int>(refused.error)));
+    }
 }
 
 Revision parse_revision(const std::string& text) {
@@ -38,6 +70,7 @@ void declare_settings(CLI::App& app, Settings& settings) {
         ->capture_default_str();
     app.add_option("--seed", settings.seed, "Seed of the probing noise (default: the machine's)")
         ->check(CLI::NonNegativeNumber);
+    app.add_option("--blocks", settings.blocks, "Directory of files that are blocks from the begin");
     app.add_option("--fault", settings.faults,
                    "NAME[=VALUE]@PLACE:N[+EVERY], as in close@request:5; repeatable")
         ->allow_extra_args(false);
@@ -51,6 +84,7 @@ std::unique_ptr<Server> make_server(const Settings& settings, ServerOptions opti
     MachineDescription machine =
         settings.machine.empty() ? builtin_machine() : read_machine(settings.machine);
     if (settings.seed >= 0) machine.seed = static_cast<std::uint64_t>(settings.seed);
+    if (!settings.blocks.empty()) add_blocks(settings.blocks, machine.blocks);
     options.revision = parse_revision(settings.revision);
     for (const std::string& fault : settings.faults) options.faults.add(fault);
     options.capabilities_change_every = std::chrono::milliseconds(settings.capabilities_every);

@@ -14,6 +14,7 @@ namespace zendrix::sim {
 struct Settings {
     std::string machine;
     std::string speed = "1";
+    std::string blocks;  // a directory of files
     std::string revision = "3.0";
     std::vector<std::string> faults;
     std::int64_t seed = -1;

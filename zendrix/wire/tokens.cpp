@@ -26,15 +26,31 @@ bool translate(char from, char& to) noexcept {
     return true;
 }
 
+// How many bytes stand before the first that is special. Blocks of data pass here, byte by byte.
+template <typename IsSpecial>
+std::size_t run_length(std::string_view text, IsSpecial is_special) noexcept {
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const char* at = begin;
+    while (at != end && !is_special(*at)) ++at;
+    return static_cast<std::size_t>(at - begin);
+}
+
+bool needs_escape(char c) noexcept {
+    return c == '"' || c == '\\' || c == '\r' || c == '\n' || c == '\t' || c == '\0';
+}
+
 // The quoted text at the begin of `text`; gives its length with both quotes, or 0 if none stands there.
 std::size_t read_quoted(std::string_view text, std::string& out) {
     if (text.empty() || text[0] != '"') return 0;
     out.clear();
     for (std::size_t i = 1; i < text.size(); ++i) {
-        char c = text[i];
-        if (c == '"') return i + 1;
-        if (c == '\\' && (++i == text.size() || !translate<&Escape::written, &Escape::plain>(text[i], c)))
-            return 0;
+        const std::size_t run = run_length(text.substr(i), [](char c) { return c == '"' || c == '\\'; });
+        out.append(text, i, run);
+        i += run;
+        if (i < text.size() && text[i] == '"') return i + 1;
+        char c = '\0';
+        if (++i >= text.size() || !translate<&Escape::written, &Escape::plain>(text[i], c)) return 0;
         out.push_back(c);
     }
     return 0;
@@ -65,10 +81,9 @@ std::size_t name_length(std::string_view token) noexcept {
 }  // namespace
 
 void append_quoted(std::string& out, std::string_view text) {
-    constexpr std::string_view special("\"\\\r\n\t\0", escapes.size());
     out.push_back('"');
     // Runs of plain bytes go over whole.
-    for (std::size_t run; (run = text.find_first_of(special)) != std::string_view::npos;) {
+    for (std::size_t run; (run = run_length(text, needs_escape)) < text.size();) {
         out.append(text.substr(0, run));
         char escaped = text[run];
         translate<&Escape::plain, &Escape::written>(text[run], escaped);

@@ -12,7 +12,7 @@ namespace zendrix::sim {
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Fault>, 15> fault_names{{
+constexpr std::array<std::pair<std::string_view, Fault>, 18> fault_names{{
     {"close", Fault::close},
     {"reset", Fault::reset},
     {"silent", Fault::silent},
@@ -28,13 +28,17 @@ constexpr std::array<std::pair<std::string_view, Fault>, 15> fault_names{{
     {"cut", Fault::cut},
     {"capabilities", Fault::capabilities},
     {"emergency", Fault::emergency},
+    {"short", Fault::short_line},
+    {"unquoted", Fault::unquoted},
+    {"wrong-base64", Fault::wrong_base64},
 }};
 
-constexpr std::array<std::pair<std::string_view, Place>, 4> place_names{{
+constexpr std::array<std::pair<std::string_view, Place>, 5> place_names{{
     {"connect", Place::connect},
     {"request", Place::request},
     {"point", Place::point},
     {"record", Place::record},
+    {"block-line", Place::block_line},
 }};
 
 template <class Names>
@@ -69,6 +73,10 @@ bool is_at_request(const PlannedFault& fault) {
 
 bool is_at_values(const PlannedFault& fault) {
     return fault.place == Place::point || fault.place == Place::record;
+}
+
+bool spoils_text(Fault fault) {
+    return fault == Fault::short_line || fault == Fault::unquoted || fault == Fault::wrong_base64;
 }
 
 bool is_due(const PlannedFault& fault, std::int64_t number) {
@@ -108,6 +116,9 @@ void FaultPlan::add(const std::string& text) {
     if (fault.fault == Fault::cut && !is_at_values(fault)) {
         throw std::invalid_argument("fault \"" + text + "\": only a point or a record can be cut");
     }
+    if (spoils_text(fault.fault) && fault.place != Place::block_line) {
+        throw std::invalid_argument("fault \"" + text + "\": only a line of a block can be so");
+    }
     fault.number += counter(fault.place, fault.words);
     m_faults.push_back(fault);
     if (fault.place == Place::point) m_next_point = std::min(m_next_point, fault.number);
@@ -121,6 +132,8 @@ std::int64_t& FaultPlan::counter(Place place, std::string_view words) {
             return m_points;
         case Place::record:
             return m_records;
+        case Place::block_line:
+            return m_block_lines;
         case Place::words:
             return m_words[std::string(words)];
         case Place::request:

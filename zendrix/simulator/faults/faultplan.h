@@ -29,10 +29,14 @@ enum class Fault {
     cut,
     capabilities,
     emergency,
+    short_line,
+    unquoted,
+    wrong_base64,
 };
 
-// Where a fault can be placed. `record`: a watch line. `words`: a request with these.
-enum class Place { connect, request, point, record, words };
+// Where a fault can be placed. `record`: a watch line. `block_line`: a line of a block that is being
+// received. `words`: a request with these.
+enum class Place { connect, request, point, record, block_line, words };
 
 struct PlannedFault {
     Fault fault = Fault::close;
@@ -66,6 +70,7 @@ private:
     std::int64_t m_requests = 0;
     std::int64_t m_points = 0;
     std::int64_t m_records = 0;
+    std::int64_t m_block_lines = 0;
     std::map<std::string, std::int64_t, std::less<>> m_words;
     std::int64_t m_next_point = std::numeric_limits<std::int64_t>::max();
 };

@@ -28,6 +28,35 @@ void cut_last_value(std::string& out, std::size_t begin) {
         out.erase(blank, end - blank);
 }
 
+// The text of the first line with its quotes; empty if there is none.
+std::string_view quoted(const std::string& out, std::size_t begin) {
+    const std::size_t end = out.find('\r', begin);
+    const std::size_t first = out.find('"', begin);
+    if (end == std::string::npos || first >= end) return {};
+    return std::string_view(out).substr(first, end - first);
+}
+
+// Nothing is left of the line's text, not even its second quote.
+void cut_text(std::string& out, std::size_t begin) {
+    const std::string_view text = quoted(out, begin);
+    if (!text.empty()) out.erase(static_cast<std::size_t>(text.data() - out.data()), text.size());
+    const std::size_t end = out.find('\r', begin);
+    if (end != std::string::npos && out[end - 1] == ' ') out.erase(end - 1, 1);
+}
+
+void take_quotes(std::string& out, std::size_t begin) {
+    const std::string_view text = quoted(out, begin);
+    if (text.size() < 2) return;
+    const std::size_t first = static_cast<std::size_t>(text.data() - out.data());
+    out.erase(first + text.size() - 1, 1);
+    out.erase(first, 1);
+}
+
+void spoil_base64(std::string& out, std::size_t begin) {
+    const std::string_view text = quoted(out, begin);
+    if (text.size() > 2) out[static_cast<std::size_t>(text.data() - out.data()) + 1] = '!';
+}
+
 std::string early_ready(std::int64_t id) {
     std::string line;
     wire::append_ready(line, id);
@@ -86,6 +115,15 @@ void misbehave(const PlannedFault& fault, Transport& transport, std::size_t begi
             break;
         case Fault::emergency:
             hub.press_emergency();
+            break;
+        case Fault::short_line:
+            cut_text(out, begin);
+            break;
+        case Fault::unquoted:
+            take_quotes(out, begin);
+            break;
+        case Fault::wrong_base64:
+            spoil_base64(out, begin);
             break;
     }
 }

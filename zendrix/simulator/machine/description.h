@@ -83,6 +83,15 @@ struct ProbesystemsDescription {
     std::int32_t loaded_id = 0;
 };
 
+// The blocks that the machine keeps, and the bounds of its store.
+struct BlocksDescription {
+    std::size_t most = 1000;
+    std::size_t longest = std::size_t{128} << 20;  // bytes of one
+    std::size_t total = std::size_t{512} << 20;    // bytes of all
+    double restart = 2.0;                          // seconds to come back with another firmware
+    std::map<std::string, std::string> blocks;     // that it begins with, by name
+};
+
 struct MachineDescription {
     std::string name = "Simulated machine";
     std::string revision = "1.0";
@@ -102,6 +111,7 @@ struct MachineDescription {
     ProbesystemsDescription probesystems;
     std::optional<std::array<double, 6>> wobble;  // without it the machine has none
     WorkpieceDescription workpiece;
+    BlocksDescription blocks;
 };
 
 }  // namespace zendrix::sim

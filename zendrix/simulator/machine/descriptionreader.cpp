@@ -7,7 +7,10 @@
 #include <string_view>
 
 #include "fileops.h"
+#include "machine/blockstore.h"
+#include "machine/error.h"
 #include "machine/probesreader.h"
+#include "messagecatalogue.h"
 #include "numbers.h"
 #include "stl_utilities.h"
 
@@ -208,6 +211,33 @@ void read_workpiece(IniSection& section, MachineDescription& machine) {
     section.text("spindle", piece.spindle);
 }
 
+void read_size(IniSection& section, const char* key, std::size_t& size) {
+    std::int64_t read = static_cast<std::int64_t>(size);
+    section.integer(key, read, 0, std::int64_t{1} << 40);
+    size = static_cast<std::size_t>(read);
+}
+
+void read_blocks(IniSection& section, MachineDescription& machine) {
+    BlocksDescription& blocks = machine.blocks;
+    read_size(section, "most", blocks.most);
+    read_size(section, "longest", blocks.longest);
+    read_size(section, "total", blocks.total);
+    section.number("restart", blocks.restart, 0.0, hour);
+}
+
+void read_block(IniSection& section, const std::string& name, MachineDescription& machine) {
+    section.text("text", machine.blocks.blocks[name]);
+}
+
+void check_blocks(const IniSection& section, const MachineDescription& machine) {
+    try {
+        BlockStore store(machine.blocks);
+    } catch (const Refused& refused) {
+        section.complain("", "the blocks of this file don't fit: " +
+                                 std::string(error_text(static_cast<int>(refused.error))));
+    }
+}
+
 void check_spindle(const IniSection& section, const MachineDescription& machine) {
     const std::string& spindle = machine.workpiece.spindle;
     const bool is_there =
@@ -232,6 +262,7 @@ constexpr std::array section_readers{
     SectionReader{"probe", read_probe},
     SectionReader{"probesystems", read_probesystems},
     SectionReader{"wobble", read_wobble},
+    SectionReader{"blocks", read_blocks},
     SectionReader{"workpiece", read_workpiece}};
 
 // Sections that there may be many of, told by the begin of their names.
@@ -242,7 +273,8 @@ struct ManyReader {
 constexpr std::array many_readers{
     ManyReader{"axis ", [](IniSection& section, const std::string& name,
                            MachineDescription& m) { m.axes.push_back(read_axis(section, name)); }},
-    ManyReader{"tip ", read_tip}, ManyReader{"probesystem ", read_probesystem}};
+    ManyReader{"tip ", read_tip}, ManyReader{"block ", read_block},
+    ManyReader{"probesystem ", read_probesystem}};
 
 void read_one_of_many(IniSection& section, const std::string& name, MachineDescription& machine) {
     for (const ManyReader& reader : many_readers) {
@@ -270,6 +302,7 @@ MachineDescription read_model(const MIniData& ini, const std::string& file) {
     }
     check_spindle(IniSection(ini, file, "workpiece"), machine);
     check_probes(IniSection(ini, file, "probe"), machine);
+    check_blocks(IniSection(ini, file, "blocks"), machine);
     if (machine.axes.empty()) throw DescriptionError(file + ": there is no [axis NAME] section");
     return machine;
 }

@@ -23,6 +23,7 @@ public:
           m_work(asio::make_work_guard(m_io)),
           m_machine_timer(m_io),
           m_capabilities_timer(m_io),
+          m_restart_timer(m_io),
           m_hub(description, *m_clock, m_options.faults, m_options.revision) {}
 
     ~Core() { stop(); }
@@ -45,7 +46,11 @@ private:
     void admit(std::unique_ptr<Stream> stream, Session::Opening opening);
     void dismiss(Session& session);
     void pump();
+    void look_after();
     void run_machine();
+    void go_away();
+    void wait_to_come_back();
+    void come_back();
     void change_capabilities();
     void close_down();
     void log(const std::string& text) const {
@@ -62,10 +67,18 @@ private:
     std::string m_place;
     asio::steady_timer m_machine_timer;
     asio::steady_timer m_capabilities_timer;
+    asio::steady_timer m_restart_timer;
     Hub m_hub;
     std::set<std::shared_ptr<Session>> m_sessions;
     bool m_is_pump_posted = false;
     bool m_is_closing = false;
+    bool m_is_away = false;
+    double m_back_at = 0.0;  // machine time
+    struct Arrival {
+        std::unique_ptr<Stream> stream;
+        Session::Opening opening;
+    };
+    std::vector<Arrival> m_arrivals;  // that came while it was away
     std::thread m_thread;
     std::promise<void> m_done;
     std::future<void> m_is_done = m_done.get_future();
@@ -146,7 +159,7 @@ void Server::Core::open_line() {
 asio::serial_port Server::Core::line() {
     asio::serial_port port(m_io);
     if (m_options.road == Road::terminal) {
-        port.assign(static_cast<asio::serial_port::native_handle_type>(m_terminal.share()));
+        port.assign(asio::serial_port::native_handle_type(m_terminal.share()));
         return port;
     }
     port.open(m_place);
@@ -167,10 +180,11 @@ void Server::Core::open_line_later() {
 }
 
 void Server::Core::admit(std::unique_ptr<Stream> stream, Session::Opening opening) {
+    if (m_is_away) return m_arrivals.push_back({std::move(stream), opening});
     log(opening == Session::Opening::asks ? "line open" : "client connected");
     auto session = std::make_shared<Session>(
         m_io.get_executor(), std::move(stream), opening, m_hub,
-        Session::Callbacks{[this] { run_machine(); }, [this](Session& gone) { dismiss(gone); }});
+        Session::Callbacks{[this] { look_after(); }, [this](Session& gone) { dismiss(gone); }});
     m_sessions.insert(session);
     session->start();
 }
@@ -182,6 +196,37 @@ void Server::Core::dismiss(Session& session) {
     if (m_is_closing) return;
     if (m_options.once) return close_down();
     if (was_line) open_line_later();
+}
+
+void Server::Core::look_after() {
+    if (!m_hub.is_leaving()) return run_machine();
+    asio::post(m_io, [this] { go_away(); });
+}
+
+void Server::Core::go_away() {
+    if (m_is_closing || m_is_away || !m_hub.is_leaving()) return;
+    log("machine restarts");
+    m_is_away = true;
+    m_back_at = m_clock->now() + m_hub.restart_seconds();
+    const auto sessions = m_sessions;
+    for (const auto& session : sessions) session->fall_silent();
+    wait_to_come_back();
+}
+
+void Server::Core::wait_to_come_back() {
+    if (m_is_closing) return;
+    if (m_clock->now() >= m_back_at) return come_back();
+    const Clock::Duration rest = m_clock->wait_until(m_back_at);
+    m_restart_timer.expires_after(std::chrono::duration_cast<std::chrono::nanoseconds>(rest));
+    m_restart_timer.async_wait([this](asio::error_code error) {
+        if (!error) wait_to_come_back();
+    });
+}
+
+void Server::Core::come_back() {
+    m_hub.restart();
+    m_is_away = false;
+    for (Arrival& arrival : std::exchange(m_arrivals, {})) admit(std::move(arrival.stream), arrival.opening);
 }
 
 // Something may have changed for the machine: it looks as soon as what runs now has returned.
@@ -222,6 +267,8 @@ void Server::Core::close_down() {
     m_accept_timer.cancel();
     m_machine_timer.cancel();
     m_capabilities_timer.cancel();
+    m_restart_timer.cancel();
+    m_arrivals.clear();
     const auto sessions = m_sessions;
     for (const auto& session : sessions) session->finish();
 }
@@ -244,6 +291,7 @@ void Server::Core::invoke(const std::function<void(Hub&, Clock&)>& action) {
     std::promise<void> done;
     asio::post(m_io, [&] {
         action(m_hub, *m_clock);
+        if (m_is_away) wait_to_come_back();
         pump();
         done.set_value();
     });

@@ -95,6 +95,7 @@ void Session::take_lines() {
 }
 
 void Session::take_line(std::string_view line) {
+    if (m_hub.is_leaving()) return;  // nobody is there
     if (m_opening == Opening::asks && opens_or_ends(line)) return;
     if (m_conversation && !m_is_mute) m_conversation->request(line);
 }
@@ -150,6 +151,7 @@ void Session::written() {
     m_left = 0;
     write();
     if (!was_congested || is_congested()) return;
+    if (m_conversation) m_conversation->go_on();
     take_lines();
     read();
     m_callbacks.moved();
@@ -227,6 +229,16 @@ void Session::finish() {
         if (!error) self->end();
     });
     stop_timers();
+    m_is_held = false;
+    write();
+}
+
+void Session::fall_silent() {
+    if (m_opening == Opening::connects) return finish();
+    m_conversation.reset();
+    stop_timers();
+    m_lock_waits.clear();
+    m_is_mute = false;
     m_is_held = false;
     write();
 }

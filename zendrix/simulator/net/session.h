@@ -38,6 +38,8 @@ public:
     Opening opening() const { return m_opening; }
     // Takes nothing more in and closes when everything has left, or soon.
     void finish();
+    // The machine goes away: as finish(), but a road that is always there just falls silent.
+    void fall_silent();
 
     std::string& out() override { return m_out; }
     void sent() override;

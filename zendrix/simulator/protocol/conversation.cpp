@@ -51,6 +51,7 @@ void Conversation::request(std::string_view line) {
     }
     for (const PlannedFault& fault : m_faults) misbehave(fault, m_transport, begin, id, m_hub);
     m_transport.sent();
+    go_on();
 }
 
 void Conversation::over_long_request(std::string_view begin) {
@@ -76,15 +77,15 @@ void Conversation::carry_out(std::string_view rest) {
     wire::TokenReader arguments(rest);
     const Request& request = find_request(arguments, machine());
     meet_faults(request.words);
-    const bool is_query = request.kind == Request::Kind::query || request.kind == Request::Kind::unbuilt;
-    if (!is_query && m_hub.is_locked_against(*this)) throw Refused{Error::wrong_state};
+    if (request.kind != Request::Kind::query && m_hub.is_locked_against(*this))
+        throw Refused{Error::wrong_state};
     if (m_open.size() >= max_open) throw Refused{Error::buffer_overrun};
     const Outcome outcome = (this->*request.run)(arguments);
     if (outcome == Outcome::waiting) return;
     if (request.kind == Request::Kind::transaction) wire::append_accepted(m_transport.out(), m_id);
     if (outcome == Outcome::done) return ready(m_id);
     m_open.insert(m_id);
-    m_hub.set_owner(*this, m_id);
+    if (outcome == Outcome::begun) m_hub.set_owner(*this, m_id);
 }
 
 // What is planned for a request with these words; it may be that it isn't carried out at all.

@@ -3,9 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "protocol/hub.h"
@@ -20,6 +23,7 @@ public:
     enum class Outcome {
         done,     // answered
         begun,    // a transaction that goes on if the machine moves for it
+        sending,  // a transaction that go_on() ends
         waiting,  // will be ended by the hub
     };
     using Handler = Outcome (Conversation::*)(wire::TokenReader& arguments);
@@ -33,6 +37,8 @@ public:
     void greet();
     void request(std::string_view line);
     void over_long_request(std::string_view begin);  // the first bytes of the line
+    // Sends more of the blocks that are on their way; to be called when the client can take more again.
+    void go_on();
     void send_watch();
     // The patience with a waiting `machine get` is over.
     void lock_timed_out(std::int64_t id);
@@ -114,7 +120,11 @@ public:
     Outcome probesystem_unload(wire::TokenReader& arguments);
     // conversation_control.cpp
     Outcome control(wire::TokenReader& arguments);
-    Outcome not_implemented(wire::TokenReader& arguments);
+    // conversation_blocks.cpp
+    Outcome send(wire::TokenReader& arguments);
+    Outcome send_begin(wire::TokenReader& arguments);
+    Outcome send_part(wire::TokenReader& arguments);
+    Outcome receive(wire::TokenReader& arguments);
 
 private:
     void answer(std::int64_t id, std::string_view rest);
@@ -127,6 +137,18 @@ private:
     void texts(const std::vector<std::string>& texts);  // a data line each
     void yes_or_no(bool answer);
 
+    // conversation_blocks.cpp
+    struct GoingBlock {
+        std::int64_t id;
+        BlockStore::Content content;
+        std::size_t done;  // bytes
+        bool is_coded;     // in base64
+    };
+    void require_takeable(const std::string& name);
+    void taken(const std::string& name);
+    void send_block_line(GoingBlock& block);
+    bool stop_sending(std::int64_t id);
+
     Machine& machine() { return m_hub.machine(); }
 
     Hub& m_hub;
@@ -137,6 +159,8 @@ private:
     std::vector<PlannedFault> m_faults;  // of the request that is being carried out
     std::int64_t m_watch_id = 0;
     std::vector<std::string> m_watched;
+    std::deque<std::pair<std::int64_t, std::unique_ptr<ComingBlock>>> m_coming;  // by the id of its begin
+    std::deque<GoingBlock> m_going;
 };
 
 }  // namespace zendrix::sim

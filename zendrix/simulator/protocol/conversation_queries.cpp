@@ -205,7 +205,7 @@ Outcome Conversation::abort(Arguments& arguments) {
     no_more(arguments);
     if (m_hub.is_owner(*this, id)) {
         machine().stop(Error::aborted);
-    } else if (m_hub.stop_waiting(*this, id)) {
+    } else if (m_hub.stop_waiting(*this, id) || stop_sending(id)) {
         end(id, Error::aborted);
     } else {
         throw Refused{Error::tid_unused};
@@ -233,7 +233,5 @@ Outcome Conversation::scanbase(Arguments& arguments) {
     machine().set_scan_base(all_names(arguments));
     return Outcome::done;
 }
-
-Outcome Conversation::not_implemented(Arguments&) { throw Refused{Error::not_implemented}; }
 
 }  // namespace zendrix::sim

@@ -7,10 +7,12 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "faults/faultplan.h"
+#include "machine/blockstore.h"
 #include "machine/clock.h"
 #include "machine/machine.h"
 
@@ -27,7 +29,8 @@ class Hub : private Listener {
 public:
     Hub(const MachineDescription& description, Clock& clock, FaultPlan faults, Revision revision);
 
-    Machine& machine() { return m_machine; }
+    Machine& machine() { return *m_machine; }
+    BlockStore& blocks() { return m_blocks; }
     FaultPlan& faults() { return m_faults; }
     Revision revision() const { return m_revision; }
 
@@ -60,12 +63,21 @@ public:
     // No motion, no owner: the machine stands when this returns.
     void halt();
 
+    // The machine goes away to come back with another firmware. Until restart(), nobody is to be answered.
+    void restart_soon() { m_is_leaving = true; }
+    bool is_leaving() const { return m_is_leaving; }
+    double restart_seconds() const { return m_description.blocks.restart; }
+    // It is back, as if just switched on, but with its blocks and another revision. All conversations have
+    // ended before.
+    void restart();
+
 private:
     struct Waiting {
         Conversation* conversation;
         std::int64_t id;
     };
 
+    void switch_on();
     bool is_held_up() const;
     void grant();
     void on_event(Event event) override { raise(event); }
@@ -73,6 +85,7 @@ private:
     void on_point(std::size_t number, const std::vector<double>& values) override;
     void on_end(Error error) override;
 
+    MachineDescription m_description;
     Clock& m_clock;
     FaultPlan m_faults;
     Revision m_revision;
@@ -83,7 +96,9 @@ private:
     Conversation* m_owner = nullptr;  // null while nothing moves, or for a motion whose client has gone
     std::int64_t m_owner_id = 0;
     bool m_wants_emergency = false;
-    Machine m_machine;
+    bool m_is_leaving = false;
+    BlockStore m_blocks;
+    std::optional<Machine> m_machine;
 };
 
 }  // namespace zendrix::sim

@@ -11,7 +11,6 @@ using C = Conversation;
 using enum Request::Kind;
 
 bool always(const Machine&) { return true; }
-bool never(const Machine&) { return false; }
 bool scanning(const Machine& machine) { return machine.has_scanning(); }
 
 template <bool AxisDescription::*Property>
@@ -103,8 +102,10 @@ constexpr std::array table{
     Request{"probesystem load", transaction, &C::probesystem_load, probesystems},
     Request{"probesystem unload", transaction, &C::probesystem_unload, probesystems},
     Request{"sim", query, &C::control, always},
-    Request{"send", unbuilt, &C::not_implemented, never},
-    Request{"receive", unbuilt, &C::not_implemented, never},
+    Request{"send", action, &C::send, always},
+    Request{"send begin", action, &C::send_begin, always},
+    Request{"send part", action, &C::send_part, always},
+    Request{"receive", transaction, &C::receive, always},
 };
 
 }  // namespace
@@ -133,8 +134,7 @@ const Request& find_request(wire::TokenReader& line, const Machine& machine) {
         if (found != nullptr) line = behind;
     }
     if (found == nullptr) found = request_of(first);
-    const bool is_answered = found != nullptr && (found->kind == unbuilt || is_known(*found, machine));
-    if (!is_answered) throw Refused{Error::command_unknown};
+    if (found == nullptr || !is_known(*found, machine)) throw Refused{Error::command_unknown};
     return *found;
 }
 

@@ -13,7 +13,6 @@ struct Request {
         query,        // looks only
         action,       // changes something, so the lock counts; answered at once
         transaction,  // the same, but accepted first
-        unbuilt,      // a word of the protocol that this machine doesn't know yet
     };
 
     std::string_view words;  // one or two

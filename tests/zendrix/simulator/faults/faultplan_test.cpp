@@ -74,9 +74,10 @@ TEST(FaultPlan, SaysWhatIsWrong) {
         {"close@request:", "fault \"close@request:\" is not of the form NAME@PLACE:N"},
         {"cloze@request:1",
          "fault \"cloze@request:1\": unknown fault \"cloze\"; there are close reset silent half-line garbage "
-         "long-line unknown-id early-ready gap double slow refuse cut capabilities emergency"},
+         "long-line unknown-id early-ready gap double slow refuse cut capabilities emergency "
+         "short unquoted wrong-base64"},
         {"close@line:1",
-         "fault \"close@line:1\": unknown place \"line\"; there are connect request point record"},
+         "fault \"close@line:1\": unknown place \"line\"; there are connect request point record block-line"},
         {"close@request:0", "fault \"close@request:0\": the count must be a whole number from 1 on"},
         {"close@request:x", "fault \"close@request:x\": the count must be a whole number from 1 on"},
         {"close@request:1+0", "fault \"close@request:1+0\": the interval must be a whole number from 1 on"},
@@ -84,6 +85,9 @@ TEST(FaultPlan, SaysWhatIsWrong) {
         {"slow@request:1", "fault \"slow@request:1\": a value in ms belongs to slow, as in slow=50@..."},
         {"refuse@point:1", "fault \"refuse@point:1\": only a request can be refused"},
         {"cut@request:1", "fault \"cut@request:1\": only a point or a record can be cut"},
+        {"short@request:1", "fault \"short@request:1\": only a line of a block can be so"},
+        {"unquoted@receive:1", "fault \"unquoted@receive:1\": only a line of a block can be so"},
+        {"wrong-base64@point:1", "fault \"wrong-base64@point:1\": only a line of a block can be so"},
         {"close=5@request:1",
          "fault \"close=5@request:1\": a value in ms belongs to slow, as in slow=50@..."},
     };

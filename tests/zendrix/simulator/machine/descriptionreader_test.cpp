@@ -54,6 +54,19 @@ TEST(DescriptionReader, RichMachineHasEveryKind) {
     }
 }
 
+TEST(DescriptionReader, BlocksAndTheirBounds) {
+    const MachineDescription machine = parse_machine(
+        std::string("[blocks]\nmost=2\nlongest=5\ntotal=7\nrestart=0.5\n[block a b]\ntext= x y \n"
+                    "[block empty]\n") +
+            axis,
+        "m.ini");
+    EXPECT_EQ(machine.blocks.most, 2u);
+    EXPECT_EQ(machine.blocks.longest, 5u);
+    EXPECT_EQ(machine.blocks.total, 7u);
+    EXPECT_EQ(machine.blocks.restart, 0.5);
+    EXPECT_EQ(machine.blocks.blocks, (std::map<std::string, std::string>{{"a b", "x y"}, {"empty", ""}}));
+}
+
 TEST(DescriptionReader, ComplaintsNameFileSectionAndKey) {
     const struct {
         std::string content;
