@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cerrno>
 #include <system_error>
 #include <thread>
@@ -16,10 +17,21 @@ TEST(OsErrorTest, AStandInOfTheSystemFailsLikeIt) {
     EXPECT_TRUE(is(std::errc::no_such_file_or_directory)) << "both systems use 2 for it";
 }
 
+// Nothing is called between setting and asking, as that might change the number, too.
 TEST(OsErrorTest, EachThreadHasItsOwn) {
+    std::atomic<bool> mine = false;
+    std::atomic<bool> theirs = false;
+    std::thread other([&] {
+        while (!mine) continue;
+        os::set_last_error(5);
+        theirs = true;
+    });
     os::set_last_error(2);
-    std::thread([] { os::set_last_error(5); }).join();
-    EXPECT_EQ(2, os::last_error());
+    mine = true;
+    while (!theirs) continue;
+    const int error = os::last_error();
+    other.join();
+    EXPECT_EQ(2, error);
 }
 
 TEST(OsErrorTest, ANumberHasWordsInOneLine) {
