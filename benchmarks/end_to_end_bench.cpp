@@ -11,7 +11,7 @@
 #include "host_side.h"
 #include "m2zendrixmachabstract.h"
 #include "moutputchannel.h"
-#include "process.h"
+#include "test_process.h"
 #include "temporary_directory.h"
 
 namespace {

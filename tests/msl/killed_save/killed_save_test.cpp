@@ -3,14 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <csignal>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "MIniData.h"
 #include "faulty_files.h"
-#include "process.h"
+#include "test_process.h"
 #include "temporary_directory.h"
 #include "versions.h"
 
@@ -52,10 +51,10 @@ TEST_F(KilledSaveTest, BeforeAnyCallAndWithinAWriteTheOldFileStays) {
     }
     for (std::size_t i = 0; i < calls.size(); ++i) {
         const std::string nth = std::to_string(i + 1);
-        EXPECT_EQ(SIGKILL, run_process(SAVER, {m_path, nth, "before"}).signal) << nth << " " << calls[i];
+        EXPECT_TRUE(run_process(SAVER, {m_path, nth, "before"}).killed) << nth << " " << calls[i];
         EXPECT_EQ(0, version()) << "before " << nth << " " << calls[i];
         if (calls[i] != "write") continue;
-        EXPECT_EQ(SIGKILL, run_process(SAVER, {m_path, nth, "within"}).signal) << nth;
+        EXPECT_TRUE(run_process(SAVER, {m_path, nth, "within"}).killed) << nth;
         EXPECT_EQ(0, version()) << "within " << nth;
     }
     EXPECT_EQ(0, run_process(SAVER, {m_path, std::to_string(calls.size() + 1), "before"}).exit_status);
@@ -72,8 +71,8 @@ TEST_F(KilledSaveTest, AtAnyMoment) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(microseconds(random));
         while (std::chrono::steady_clock::now() < end) {
         }
-        saver.send_signal(SIGKILL);
-        EXPECT_EQ(SIGKILL, saver.wait().signal);
+        saver.kill();
+        EXPECT_TRUE(saver.wait().killed);
         ASSERT_NE(-1, version()) << "round " << round;
     }
     save(0);

@@ -2,13 +2,13 @@
 // saver FILE NTH before|within: saves one version; at its call number NTH of the file system it kills itself,
 // before the call, or after half of a write. Ends with 0 if there were fewer calls.
 
-#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
 
 #include "MIniData.h"
 #include "faulty_files.h"
+#include "test_process.h"
 #include "versions.h"
 
 namespace {
@@ -21,7 +21,7 @@ void save(const char* path, int version) {
 void save_and_die(const char* path, int nth, bool within) {
     FaultyFiles files;
     files.spoil_call(nth, within ? Fault::moves_half : Fault::fails, 0);
-    files.on_fault([] { std::raise(SIGKILL); });
+    files.on_fault([] { test_support::kill_this_process(); });
     save(path, 1);
 }
 

@@ -11,6 +11,7 @@
 #include "fake_machine.h"
 #include "notifier.h"
 #include "open_machine.h"
+#include "os/interrupt.h"
 
 namespace {
 
@@ -155,7 +156,7 @@ TEST_F(HostLoopTest, ALostMachineEndsTheCommandWithItsOwnStatus) {
 TEST_F(HostLoopTest, CtrlCAbortsOnceAndWaitsForTheEnd) {
     story.polls = 1000000;
     listener.wake = [first = true]() mutable {
-        if (std::exchange(first, false)) std::raise(SIGINT);
+        if (std::exchange(first, false)) os::interrupt_this_process();
     };
     const CommandResult result = loop.run(fake());
     EXPECT_TRUE(result.aborted);
@@ -166,7 +167,7 @@ TEST_F(HostLoopTest, CtrlCAbortsOnceAndWaitsForTheEnd) {
 
 TEST_F(HostLoopTest, CtrlCAtTheVeryEndCountsToo) {
     story.polls = 1;
-    listener.wake = [] { std::raise(SIGINT); };
+    listener.wake = [] { os::interrupt_this_process(); };
     EXPECT_TRUE(loop.run(fake()).aborted);
     EXPECT_EQ(story.aborts, 0);
 }
@@ -174,7 +175,7 @@ TEST_F(HostLoopTest, CtrlCAtTheVeryEndCountsToo) {
 TEST_F(HostLoopTest, TheNextCommandKnowsNothingOfAnOldCtrlC) {
     story.polls = 1;
     listener.wake = [first = true]() mutable {
-        if (std::exchange(first, false)) std::raise(SIGINT);
+        if (std::exchange(first, false)) os::interrupt_this_process();
     };
     loop.run(fake());
     EXPECT_TRUE(loop.run(fake()).good());
@@ -189,8 +190,8 @@ TEST_F(HostLoopDeathTest, ASecondCtrlCLeavesAtOnce) {
             story.polls = 1000000;
             listener.wake = [first = true]() mutable {
                 if (!std::exchange(first, false)) return;
-                std::raise(SIGINT);
-                std::raise(SIGINT);
+                os::interrupt_this_process();
+                os::interrupt_this_process();
             };
             loop.run(fake());
         },
@@ -199,13 +200,13 @@ TEST_F(HostLoopDeathTest, ASecondCtrlCLeavesAtOnce) {
 
 TEST_F(HostLoopDeathTest, OutsideACommandCtrlCEndsTheProgram) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-    EXPECT_EXIT(
+    EXPECT_DEATH(
         {
             std::signal(SIGINT, SIG_DFL);
             loop.run(fake());
-            std::raise(SIGINT);
+            os::interrupt_this_process();
         },
-        ::testing::KilledBySignal(SIGINT), "");
+        "");
 }
 
 TEST(HostNotifier, ARingBeforeTheWaitIsNotLost) {

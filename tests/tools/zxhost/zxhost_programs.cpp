@@ -8,7 +8,7 @@ namespace zxhost_test {
 namespace {
 
 std::string text_of(const std::string& file) {
-    std::ifstream in(file);
+    std::ifstream in(file, std::ios::binary);
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
@@ -27,7 +27,7 @@ std::string round_machine(const Edits& edits) {
 }  // namespace
 
 Simulator::Simulator(const Words& more, const Edits& edits) {
-    std::ofstream(machine_file()) << round_machine(edits);
+    std::ofstream(machine_file(), std::ios::binary) << round_machine(edits);
     Words words{"--port", "0", "--machine", machine_file()};
     words.insert(words.end(), more.begin(), more.end());
     m_process = std::make_unique<Process>(ZX_SIMULATOR_PROGRAM, words);
@@ -36,12 +36,14 @@ Simulator::Simulator(const Words& more, const Edits& edits) {
     m_port = line.substr(line.rfind(':') + 1, line.find('\n') - line.rfind(':') - 1);
 }
 
-std::unique_ptr<Process> Host::start(const Words& words) const {
+std::unique_ptr<Process> Host::start(const Words& words, const std::string& input_file) const {
     return std::make_unique<Process>(
         ZX_HOST_PROGRAM, words,
         Process::Environment{{"ZENDRIX_ERRORLOG", (directory / "error.log").string()},
                              {"ZENDRIX_TRACE", (directory / "trace.log").string()},
-                             {"TMPDIR", directory.path()}});
+                             {"TMPDIR", directory.path()},
+                             {"TMP", directory.path()}},
+        input_file);
 }
 
 std::unique_ptr<Process> Host::start(const Simulator& simulator, const Words& words) const {

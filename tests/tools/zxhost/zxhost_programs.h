@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "process.h"
 #include "temporary_directory.h"
+#include "test_process.h"
 
 namespace zxhost_test {
 
@@ -47,7 +47,8 @@ public:
         return {"--host", "127.0.0.1", "--port", simulator.port()};
     }
 
-    std::unique_ptr<Process> start(const Words& words) const;
+    // With this file as standard input, or nothing.
+    std::unique_ptr<Process> start(const Words& words, const std::string& input_file = "") const;
     std::unique_ptr<Process> start(const Simulator& simulator, const Words& words) const;
     ProcessResult run(const Words& words) const { return start(words)->wait(); }
     ProcessResult run(const Simulator& simulator, const Words& words) const {

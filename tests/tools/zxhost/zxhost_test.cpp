@@ -1,7 +1,6 @@
 // zxhost from outside: its output, its files, its exit status.
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -215,7 +214,7 @@ TEST_F(ZxhostTest, EventsEndsOnCtrlCAndByTheClock) {
     ASSERT_TRUE(listener->wait_for("Ctrl-C ends"));
     EXPECT_EQ(run({"move", "x=5"}).exit_status, 0);
     ASSERT_TRUE(listener->wait_for("movement: end"));
-    listener->send_signal(SIGINT);
+    listener->interrupt();
     EXPECT_EQ(listener->wait().exit_status, 0);
     EXPECT_EQ(run({"events", "--for", "0.05"}).exit_status, 0);
 }
@@ -247,7 +246,7 @@ TEST(ZxhostConnection, AMachineLostInAMotionEndsWithThatStatus) {
     const Host host;
     const auto process = host.start(slow, {"--progress", "move", "z=0"});
     ASSERT_TRUE(process->wait_for("move: z"));
-    slow.process().send_signal(SIGKILL);
+    slow.process().kill();
     const ProcessResult result = process->wait();
     EXPECT_EQ(result.exit_status, 3);
     EXPECT_NE(result.err.find("zxhost: fatal: machine connection lost"), std::string::npos) << result.err;
@@ -258,7 +257,7 @@ TEST(ZxhostInterrupt, CtrlCAbortsTheMotionAndWaitsForItsEnd) {
     const Host host;
     const auto process = host.start(slow, {"--progress", "--lines", "move", "z=0"});
     ASSERT_TRUE(process->wait_for("move: z"));
-    process->send_signal(SIGINT);
+    process->interrupt();
     const ProcessResult result = process->wait();
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_NE(result.err.find("zxhost: move: aborted"), std::string::npos) << result.err;
@@ -280,7 +279,7 @@ TEST(ZxhostInterrupt, CtrlCInAScanKeepsThePointsThatCame) {
     const auto process = host.start(slow, {"--progress", "scan", "circle", "--centre", "10", "-5", "20",
                                            "--radius", "25", "--csv", file});
     const bool scanning = process->wait_for("scancircle: ");
-    process->send_signal(SIGINT);
+    process->interrupt();
     const ProcessResult result = process->wait();
     ASSERT_TRUE(scanning) << result.err;
     EXPECT_EQ(result.exit_status, 1);
@@ -297,9 +296,9 @@ TEST(ZxhostInterrupt, ASecondCtrlCLeavesAtOnce) {
     const Host host;
     const auto process = host.start(very_slow, {"--progress", "move", "z=0"});
     ASSERT_TRUE(process->wait_for("move: z"));
-    process->send_signal(SIGINT);
+    process->interrupt();
     ASSERT_TRUE(process->wait_for("aborting"));
-    process->send_signal(SIGINT);
+    process->interrupt();
     const ProcessResult result = process->wait();
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_EQ(result.err.find("aborted"), std::string::npos) << result.err;

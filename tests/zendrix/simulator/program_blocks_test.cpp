@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "net/lineclient.h"
-#include "process.h"
 #include "temporary_directory.h"
+#include "test_process.h"
 
 namespace zendrix::sim {
 namespace {

@@ -1,12 +1,10 @@
 // zendrix-sim as a black box.
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <string>
 
 #include "net/lineclient.h"
-#include "net/serialclient.h"
-#include "process.h"
+#include "test_process.h"
 
 namespace zendrix::sim {
 namespace {
@@ -31,7 +29,7 @@ TEST(Program, TellsItsPortAndServes) {
     EXPECT_EQ(simulator.process.out(), "listening on 127.0.0.1:" + std::to_string(simulator.port) + "\n");
     LineClient client(simulator.port);
     EXPECT_EQ(client.line(), "0000\thello \"Round 4\" 3.0 simulated");
-    simulator.process.send_signal(SIGTERM);
+    simulator.process.interrupt();
     EXPECT_EQ(client.line(), std::nullopt);
     EXPECT_EQ(simulator.process.wait().exit_status, 0);
 }
@@ -42,25 +40,11 @@ TEST(Program, InterruptedInAMotionItStopsTheMachineFirst) {
     client.line();
     client.say("0001\tmove \"x\"=100");
     EXPECT_EQ(client.line(), "0001\taccepted");
-    simulator.process.send_signal(SIGINT);
+    simulator.process.interrupt();
     EXPECT_EQ(client.lines_until("0001\tready"), "0001\terror \"aborted\"\n0001\tready\n");
     const ProcessResult result = simulator.process.wait();
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_EQ(result.err, "client connected\nclient gone\n");
-}
-
-TEST(Program, ServesASerialLineInSoftware) {
-    Process process(ZENDRIX_SIM, {"--serial-terminal", "--speed", "max"});
-    ASSERT_TRUE(process.wait_for("\n"));
-    const std::string begin = "listening on ";
-    ASSERT_EQ(process.out().substr(0, begin.size()), begin);
-    SerialClient line(process.out().substr(begin.size(), process.out().size() - begin.size() - 1));
-    line.say("0000\thello");
-    EXPECT_TRUE(line.reaches("0000\thello \"Round 4\" 3.0 simulated"));
-    line.say("0001\tping");
-    EXPECT_EQ(line.line(), "0001\tready");
-    process.send_signal(SIGTERM);
-    EXPECT_EQ(process.wait().exit_status, 0);
 }
 
 TEST(Program, ASerialLineThatCannotBeHadIsTold) {

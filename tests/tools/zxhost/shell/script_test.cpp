@@ -1,7 +1,6 @@
 // Scripts from outside: played, and only checked.
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -79,7 +78,7 @@ TEST_F(ScriptTest, CtrlCStopsTheActionAndTheScript) {
     const std::string file = write("part.zx", "move z=0\nmove x=5\n");
     const auto process = host.start(slow, {"--progress", "run", file});
     ASSERT_TRUE(process->wait_for("move: z"));
-    process->send_signal(SIGINT);
+    process->interrupt();
     const ProcessResult result = process->wait();
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_NE(result.err.find("zxhost: " + file + ":1: move: aborted"), std::string::npos) << result.err;
@@ -91,7 +90,7 @@ TEST_F(ScriptTest, CtrlCThatEndsAVerbWellStopsTheScriptToo) {
     ASSERT_TRUE(process->wait_for("Ctrl-C ends"));
     ASSERT_EQ(host.run(machine, {"move", "y=1"}).exit_status, 0);
     ASSERT_TRUE(process->wait_for("movement: end"));  // the verb watches for Ctrl-C by now
-    process->send_signal(SIGINT);
+    process->interrupt();
     const ProcessResult result = process->wait();
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_NE(result.err.find(file + ":1: aborted"), std::string::npos) << result.err;

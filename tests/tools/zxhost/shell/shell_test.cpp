@@ -1,263 +1,42 @@
-// The shell as a person at a terminal sees it, and as a program at a pipe does.
+// The shell as a program at a pipe has it.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <csignal>
-#include <fstream>
-
-#include "terminal_process.h"
 #include "zxhost_programs.h"
 
 namespace zxhost_test {
 namespace {
 
-using test_support::Screen;
-using test_support::TerminalProcess;
-
-const std::string prompt = "zxhost>";
-
-class ShellTest : public ::testing::Test {
+class ShellAtAPipe : public ::testing::Test {
 protected:
-    std::unique_ptr<TerminalProcess> shell(const Simulator& machine, unsigned short columns = 80,
-                                           const std::string& terminal = "xterm") {
+    // A shell whose standard input is this text.
+    ProcessResult piped(const std::string& text) {
         Words words = host.connection(machine);
         words.push_back("shell");
-        auto process = std::make_unique<TerminalProcess>(
-            ZX_HOST_PROGRAM, words,
-            TerminalProcess::Environment{{"ZENDRIX_ERRORLOG", (host.directory / "error.log").string()},
-                                         {"ZENDRIX_TRACE", (host.directory / "trace.log").string()},
-                                         {"XDG_STATE_HOME", host.directory.path()},
-                                         {"HOME", host.directory.path()},
-                                         {"TMPDIR", host.directory.path()},
-                                         {"TERM", terminal}},
-            columns);
-        EXPECT_TRUE(process->wait_for_last_line(prompt)) << process->text();
-        return process;
+        return host.start(words, host.directory.file("input", text))->wait();
     }
 
-    // Drops what was typed; keys that follow too soon would go with it.
-    static void clear_line(TerminalProcess& shell) {
-        shell.type("\x03");
-        EXPECT_TRUE(shell.wait_for_last_line(prompt)) << shell.text();
-    }
-
-    static void leave(TerminalProcess& shell) {
-        shell.type("exit\r");
-        EXPECT_EQ(shell.wait(), 0) << shell.text();
-    }
-
-    // A shell whose standard input is this text.
-    ProcessResult piped(const Simulator& machine, const std::string& text, const Words& more = {}) {
-        const std::string file = (host.directory / "input").string();
-        std::ofstream(file, std::ios::binary) << text;
-        std::string command = std::string("exec '") + ZX_HOST_PROGRAM + "'";
-        for (const std::string& word : host.connection(machine)) command += " " + word;
-        for (const std::string& word : more) command += " " + word;
-        return test_support::run_process("/bin/sh", {"-c", command + " shell < '" + file + "'"},
-                                         {{"ZENDRIX_ERRORLOG", (host.directory / "error.log").string()},
-                                          {"TMPDIR", host.directory.path()}});
-    }
-
+    const Simulator machine;
     Host host;
 };
 
-std::size_t count(const Screen& screen, const std::string& part) {
-    const auto lines = screen.lines();
-    return static_cast<std::size_t>(std::count_if(lines.begin(), lines.end(), [&](const std::string& line) {
-        return line.find(part) != std::string::npos;
-    }));
-}
-
-TEST_F(ShellTest, VerbsRunOnOneConnectionAndErrorsDoNotEndIt) {
-    const Simulator machine;
-    const auto person = shell(machine);
-    EXPECT_TRUE(person->wait_for_line("help shows the verbs; exit or Ctrl-D leaves"));
-    person->type("move x=12 y=-3\r");
-    EXPECT_TRUE(person->wait_for_line("x     12.0000  mm")) << person->text();
-    person->type("zxhost mvoe x=1 # a word too odd\r");
-    EXPECT_TRUE(person->wait_for_line("zxhost: there is no verb or option 'mvoe'")) << person->text();
-    person->type("get 'x\r");
-    EXPECT_TRUE(person->wait_for_line("zxhost: a quote is not closed: ' is missing")) << person->text();
-    person->type("get \"x\" --format json\r");
-    EXPECT_TRUE(person->wait_until([](const Screen& s) { return count(s, "\"value\": 12.0") == 1; }));
-    leave(*person);
-}
-
-TEST_F(ShellTest, AnEventInTheMiddleOfTypingTearsNothing) {
-    const Simulator machine;
-    const auto person = shell(machine);
-    person->type("get y");
-    ASSERT_TRUE(person->wait_for_last_line(prompt + " get y"));
-    ASSERT_EQ(host.run(machine, {"move", "x=5"}).exit_status, 0);
-    ASSERT_TRUE(person->wait_for_line("event: movement: end")) << person->text();
-    ASSERT_TRUE(person->wait_for_last_line(prompt + " get y")) << person->text();
-    EXPECT_EQ(count(person->screen(), "get y"), 1u) << person->text();
-    EXPECT_EQ(count(person->screen(), "event: movement: begin"), 1u) << person->text();
-    person->type(" x\r");
-    EXPECT_TRUE(person->wait_for_line("x     5.0000  mm")) << person->text();
-    leave(*person);
-}
-
-TEST_F(ShellTest, ALineLongerThanTheScreenSurvivesAnEventToo) {
-    const Simulator machine;
-    const auto person = shell(machine, 30);
-    person->type("get x y z c speed scanspeed scanstep init");
-    ASSERT_TRUE(person->wait_for_last_line("speed scanstep init")) << person->text();
-    ASSERT_EQ(host.run(machine, {"move", "x=5"}).exit_status, 0);
-    ASSERT_TRUE(person->wait_for_line("event: movement: end")) << person->text();
-    ASSERT_TRUE(person->wait_for_last_line("speed scanstep init")) << person->text();
-    EXPECT_EQ(count(person->screen(), "zxhost> get x y z c speed scan"), 1u) << person->text();
-    EXPECT_EQ(count(person->screen(), prompt), 1u) << person->text();
-    clear_line(*person);
-    leave(*person);
-}
-
-TEST_F(ShellTest, TabCompletesVerbsOptionsAndTheMachinesNames) {
-    const Simulator machine;
-    const auto person = shell(machine);
-    person->type("mo\t");
-    ASSERT_TRUE(person->wait_for_last_line(prompt + " move")) << person->text();
-    person->type("z\t");
-    ASSERT_TRUE(person->wait_for_last_line(prompt + " move z=")) << person->text();
-    person->type("20 \t");
-    ASSERT_TRUE(person->wait_for_line("c=  x=  y=  z=")) << person->text();
-    ASSERT_TRUE(person->wait_for_last_line(prompt + " move z=20")) << person->text();
-    person->type("--pro\t");
-    ASSERT_TRUE(person->wait_for_last_line(prompt + " move z=20 --progress")) << person->text();
-    clear_line(*person);
-    leave(*person);
-}
-
-TEST_F(ShellTest, CtrlCInAMotionStopsTheMachineAndTheShellLives) {
-    const Simulator slow({"--speed", "1"});
-    const auto person = shell(slow);
-    person->type("move z=0\r");
-    ASSERT_TRUE(person->wait_until([](const Screen& s) { return count(s, "move: z 2") > 0; }))
-        << person->text();
-    person->type("\x03");
-    ASSERT_TRUE(person->wait_for_line("zxhost: move: aborted")) << person->text();
-    ASSERT_TRUE(person->wait_for_last_line(prompt)) << person->text();
-    const std::string first = host.run(slow, {"get", "z"}).out;
-    EXPECT_EQ(host.run(slow, {"get", "z"}).out, first);
-    EXPECT_EQ(first.find(" 0.0000"), std::string::npos) << first;
-    person->type("get init\r");
-    EXPECT_TRUE(person->wait_for_line("init  1.0000")) << person->text();
-    leave(*person);
-}
-
-TEST_F(ShellTest, CtrlCClearsTheLineAndCtrlDLeaves) {
-    const Simulator machine;
-    const auto person = shell(machine);
-    person->type("move x=100");
-    ASSERT_TRUE(person->wait_for_last_line(prompt + " move x=100"));
-    person->type("\x03");
-    ASSERT_TRUE(person->wait_for_last_line(prompt)) << person->text();
-    person->type("get x\r");
-    ASSERT_TRUE(person->wait_for_line("x     0.0000  mm")) << person->text();
-    ASSERT_TRUE(person->wait_for_last_line(prompt));
-    person->type("\x04");
-    EXPECT_EQ(person->wait(), 0);
-}
-
-TEST_F(ShellTest, LinesComeBackAlsoInTheNextShell) {
-    const Simulator machine;
-    {
-        const auto person = shell(machine);
-        person->type("get speed\r");
-        ASSERT_TRUE(person->wait_for_line("speed  50.0000  mm/s")) << person->text();
-        leave(*person);
-    }
-    const auto person = shell(machine);
-    person->type("\x1b[A\x1b[A");
-    EXPECT_TRUE(person->wait_for_last_line(prompt + " get speed")) << person->text();
-    clear_line(*person);
-    leave(*person);
-}
-
-TEST_F(ShellTest, TheHistoryIsBounded) {
-    const std::string directory = (host.directory / "m2zendrix").string();
-    std::filesystem::create_directories(directory);
-    {
-        std::ofstream history(directory + "/shell-history");
-        history << "_HiStOrY_V2_\n";
-        for (int i = 0; i < 5000; ++i) history << "get\\040x\\040#" << i << "\n";
-    }
-    const Simulator machine;
-    const auto person = shell(machine);
-    person->type("get speed\r");
-    ASSERT_TRUE(person->wait_for_line("speed  50.0000  mm/s")) << person->text();
-    leave(*person);
-    std::ifstream history(directory + "/shell-history");
-    int lines = 0;
-    for (std::string line; std::getline(history, line);) ++lines;
-    EXPECT_LE(lines, 1001);
-    EXPECT_GT(lines, 900);
-}
-
-TEST_F(ShellTest, ALostMachineIsToldOnceAndCanComeBack) {
-    Simulator machine;
-    const std::string port = machine.port();
-    const auto person = shell(machine);
-    machine.process().send_signal(SIGKILL);
-    ASSERT_TRUE(person->wait_for_line("zxhost: the connection to the machine is lost")) << person->text();
-    ASSERT_TRUE(person->wait_for_last_line("zxhost (no machine)>")) << person->text();
-    person->type("get x\r");
-    ASSERT_TRUE(person->wait_for_line("zxhost: there is no connection to a machine")) << person->text();
-    person->type("reconnect\r");
-    ASSERT_TRUE(person->wait_for_line("zxhost: no connection to a machine at 127.0.0.1:" + port))
-        << person->text();
-    EXPECT_EQ(count(person->screen(), "is lost"), 1u) << person->text();
-    Process again(ZX_SIMULATOR_PROGRAM,
-                  {"--port", port, "--machine", machine.machine_file(), "--speed", "max"});
-    ASSERT_TRUE(again.wait_for("\n"));
-    person->type("reconnect\r");
-    ASSERT_TRUE(person->wait_for_last_line(prompt)) << person->text();
-    person->type("get speed\r");
-    ASSERT_TRUE(person->wait_for_line("speed  50.0000  mm/s")) << person->text();
-    leave(*person);
-}
-
-TEST_F(ShellTest, AMachineLostInAMotionIsToldOnce) {
-    Simulator slow({"--speed", "0.1"});
-    const auto person = shell(slow);
-    person->type("move z=0\r");
-    ASSERT_TRUE(person->wait_until([](const Screen& s) { return count(s, "move: z") > 0; }));
-    slow.process().send_signal(SIGKILL);
-    ASSERT_TRUE(person->wait_for_last_line("zxhost (no machine)>")) << person->text();
-    EXPECT_EQ(count(person->screen(), "lost"), 1u) << person->text();
-    EXPECT_EQ(count(person->screen(), "connect again with: reconnect"), 1u) << person->text();
-    leave(*person);
-}
-
-TEST_F(ShellTest, ATerminalWithoutAbilitiesTakesPlainLines) {
-    const Simulator machine;
-    const auto person = shell(machine, 80, "dumb");
-    person->type("get speed\r");
-    EXPECT_TRUE(person->wait_for_line("speed  50.0000  mm/s")) << person->text();
-    leave(*person);
-}
-
-TEST_F(ShellTest, APipeHasNoPromptAndGoesOnAfterErrors) {
-    const Simulator machine;
-    const ProcessResult result = piped(machine, "move x=7\nmove q=1\r\n\n# nothing\nget x --format json");
+TEST_F(ShellAtAPipe, APipeHasNoPromptAndGoesOnAfterErrors) {
+    const ProcessResult result = piped("move x=7\nmove q=1\r\n\n# nothing\nget x --format json");
     EXPECT_EQ(result.exit_status, 1);
-    EXPECT_EQ(result.out.find(prompt), std::string::npos) << result.out;
+    EXPECT_EQ(result.out.find("zxhost>"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("\"value\": 7.0"), std::string::npos) << result.out;
     EXPECT_NE(result.err.find("zxhost: move: "), std::string::npos) << result.err;
     EXPECT_EQ(result.err.find("event"), std::string::npos) << result.err;
 }
 
-TEST_F(ShellTest, APipeEndsAtExitWithTheStatusOfTheFirstFailure) {
-    const Simulator machine;
-    EXPECT_EQ(piped(machine, "get x\nexit\nmove q=1\n").exit_status, 0);
-    EXPECT_EQ(piped(machine, "nonsense\nmove q=1\n").exit_status, 2);
-    EXPECT_EQ(piped(machine, "").exit_status, 0);
+TEST_F(ShellAtAPipe, APipeEndsAtExitWithTheStatusOfTheFirstFailure) {
+    EXPECT_EQ(piped("get x\nexit\nmove q=1\n").exit_status, 0);
+    EXPECT_EQ(piped("nonsense\nmove q=1\n").exit_status, 2);
+    EXPECT_EQ(piped("").exit_status, 0);
 }
 
-TEST_F(ShellTest, APipeOfAnythingIsAnsweredLineByLine) {
-    const Simulator machine;
+TEST_F(ShellAtAPipe, APipeOfAnythingIsAnsweredLineByLine) {
     const ProcessResult result =
-        piped(machine, std::string("\0\x1b[2J\n", 6) + std::string(300000, 'x') + "\nget speed\nshell\n");
+        piped(std::string("\0\x1b[2J\n", 6) + std::string(300000, 'x') + "\nget speed\nshell\n");
     EXPECT_EQ(result.exit_status, 2);
     EXPECT_NE(result.err.find("\\x00"), std::string::npos) << result.err;
     EXPECT_NE(result.err.find("longer than 65536 bytes"), std::string::npos) << result.err;

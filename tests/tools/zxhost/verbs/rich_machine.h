@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "process.h"
 #include "temporary_directory.h"
+#include "test_process.h"
 
 namespace zxhost_test {
 

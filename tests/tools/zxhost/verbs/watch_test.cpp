@@ -1,5 +1,4 @@
 // watch from outside: each record shown, and a clean end.
-#include <csignal>
 
 #include "rich_machine.h"
 
@@ -35,7 +34,7 @@ TEST_F(Watch, FollowsAMotion) {
     ASSERT_TRUE(watcher->wait_for("\"x\":"));
     EXPECT_EQ(run({"move", "x=12.5"}).exit_status, 0);
     EXPECT_TRUE(watcher->wait_for("\"x\":12.5"));
-    watcher->send_signal(SIGINT);
+    watcher->interrupt();
     const ProcessResult result = watcher->wait();
     EXPECT_EQ(result.exit_status, 0) << result.err;
     for (const std::string& line : lines_of(result.out)) EXPECT_TRUE(Json::accept(line)) << line;
@@ -80,7 +79,7 @@ TEST_F(Watch, ALostMachineKeepsWhatCame) {
     RichMachine dying;
     const auto watcher = start(dying, {"watch", "x", "--interval", "1", "--format", "csv"});
     ASSERT_TRUE(watcher->wait_for("\n5,"));
-    dying.process().send_signal(SIGKILL);
+    dying.process().kill();
     const ProcessResult result = watcher->wait();
     EXPECT_EQ(result.exit_status, 3);
     EXPECT_NE(result.err.find("zxhost: fatal: machine connection lost"), std::string::npos) << result.err;

@@ -1,7 +1,7 @@
 // What other programs make of our archives, and of names that only POSIX allows.
 #include <fstream>
 
-#include "process.h"
+#include "test_process.h"
 #include "zipper_fixture.h"
 
 namespace fs = std::filesystem;
