@@ -1,9 +1,9 @@
 #include "image.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 
 #include "os/path.h"
@@ -15,10 +15,14 @@ namespace {
 class Bytes {
 public:
     Bytes(const std::string& file, std::size_t most) {
-        std::ifstream in(native_path(file), std::ios::binary);
-        m_isThere = in.is_open();
-        m_bytes.resize(most);
-        in.read(m_bytes.data(), static_cast<std::streamsize>(most));
+        const std::filesystem::path path = native_path(file);
+        std::error_code error;
+        const std::uintmax_t size = std::filesystem::file_size(path, error);
+        m_isThere = !error;  // a directory has no size
+        if (!m_isThere) return;
+        m_bytes.resize(std::min<std::uintmax_t>(size, most));
+        std::ifstream in(path, std::ios::binary);
+        in.read(m_bytes.data(), static_cast<std::streamsize>(m_bytes.size()));
         m_bytes.resize(static_cast<std::size_t>(in.gcount()));
     }
 
@@ -161,7 +165,7 @@ private:
 
 ImageKind image_kind(const std::string& file) {
     const Bytes bytes(file, 4096);
-    if (!bytes.is_there()) return {"", "", "no file that can be read"};
+    if (!bytes.is_there()) return {"", "", "no file"};
     if (bytes.is_empty()) return {"", "", "an empty file"};
     if (is_pe(bytes))
         return library_for("Windows", machine_name(&Machine::pe, bytes.u16(bytes.u32(pe_offset_at) + 4)));

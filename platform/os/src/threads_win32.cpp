@@ -17,17 +17,35 @@ bool failed(int error) {
     return false;
 }
 
+// The library that this code is linked into, or null for a program: one more reference to it.
+HMODULE hold_own_library() {
+    HMODULE module = nullptr;
+    const auto here = reinterpret_cast<LPCSTR>(&hold_own_library);
+    if (!::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, here, &module)) return nullptr;
+    return module == ::GetModuleHandleA(nullptr) ? nullptr : module;
+}
+
 struct Start {
     unsigned (*function)(void*);
     void* argument;
+    HMODULE library;
 };
 
 unsigned __stdcall run_thread(void* start) {
     const Start work = *static_cast<Start*>(start);
     delete static_cast<Start*>(start);
     const unsigned code = work.function(work.argument);
+    // No code of the library could return from unloading it. The C runtime lets its own part of the thread go
+    // then, too.
+    if (work.library) ::FreeLibraryAndExitThread(work.library, code);
     ::_endthreadex(code);
     return code;
+}
+
+bool give_up(HMODULE library) {
+    const int error = last_error();
+    if (library) ::FreeLibrary(library);
+    return failed(error);
 }
 
 bool has_ended(ThreadHandle handle) { return ::WaitForSingleObject(native(handle), 0) == WAIT_OBJECT_0; }
@@ -36,10 +54,10 @@ class Win32Threads final : public ThreadSystem {
 public:
     bool start(unsigned (*function)(void*), void* argument, ThreadHandle& handle,
                std::uint32_t& id) override {
-        auto work = std::make_unique<Start>(Start{function, argument});
+        auto work = std::make_unique<Start>(Start{function, argument, hold_own_library()});
         unsigned number = 0;
         const std::uintptr_t made = ::_beginthreadex(nullptr, 0, run_thread, work.get(), 0, &number);
-        if (made == 0) return false;
+        if (made == 0) return give_up(work->library);
         static_cast<void>(work.release());
         handle = static_cast<ThreadHandle>(made);
         id = number;

@@ -1,12 +1,12 @@
-#include "os/serial.h"
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "os/serial.h"
+
 namespace {
 
-TEST(SerialDevice, OfAName) {
+TEST(SerialDevicePosix, OfAName) {
     EXPECT_EQ("/dev/ttyS0", os::serial_device("COM1"));
     EXPECT_EQ("/dev/ttyS2", os::serial_device("COM3"));
     EXPECT_EQ("/dev/ttyS16", os::serial_device("COM17"));
@@ -18,7 +18,7 @@ TEST(SerialDevice, OfAName) {
     EXPECT_EQ("", os::serial_device("COM:"));
 }
 
-class TerminalTest : public testing::Test {
+class PseudoTerminalPosix : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(terminal.open());
@@ -37,7 +37,7 @@ protected:
     int theirs = -1;
 };
 
-TEST_F(TerminalTest, CarriesEveryByteAsItIs) {
+TEST_F(PseudoTerminalPosix, CarriesEveryByteAsItIs) {
     std::string all;
     for (int value = 0; value < 256; ++value) all.push_back(static_cast<char>(value));
     for (const auto& [from, to] : {std::pair(ours, theirs), std::pair(theirs, ours)}) {
@@ -53,7 +53,7 @@ TEST_F(TerminalTest, CarriesEveryByteAsItIs) {
     }
 }
 
-TEST_F(TerminalTest, WhatIsDiscardedIsNeverRead) {
+TEST_F(PseudoTerminalPosix, WhatIsDiscardedIsNeverRead) {
     ASSERT_EQ(3, ::write(ours, "old", 3));
     os::serial_discard(theirs);
     ASSERT_EQ(3, ::write(ours, "new", 3));
@@ -62,7 +62,7 @@ TEST_F(TerminalTest, WhatIsDiscardedIsNeverRead) {
     EXPECT_STREQ("new", got);
 }
 
-TEST_F(TerminalTest, OutlivesWhoeverOpensItAndEndsWithUs) {
+TEST_F(PseudoTerminalPosix, OutlivesWhoeverOpensItAndEndsWithUs) {
     ::close(theirs);
     theirs = ::open(terminal.device().c_str(), O_RDWR | O_NOCTTY);
     ASSERT_EQ(1, ::write(theirs, "x", 1));
