@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include "os/file.h"
 #include "os/path.h"
@@ -84,43 +85,55 @@ bool verbatim_info(const char* path, FileInfo& out) {
     return true;
 }
 
-// A link, or a place where another tree is mounted.
+// A link, or a place where another tree is mounted; not a directory whose files come from elsewhere when they
+// are opened. Some systems keep what it is to themselves.
 bool leads_elsewhere(const std::string& path) {
-    WIN32_FIND_DATAA found{};
-    const HANDLE search = FindFirstFileA(path.c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return false;
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = FindFirstFileW(wide(path).c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return true;
     FindClose(search);
-    return found.dwReserved0 == IO_REPARSE_TAG_SYMLINK || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT;
+    return found.dwReserved0 == 0 || IsReparseTagNameSurrogate(found.dwReserved0);
 }
 
-// Links are told as what they are, so that nobody walks through one into another tree.
-DirectoryEntry entry_of(const std::string& directory, const std::string& name, unsigned attributes) {
-    const bool is_link =
-        (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && leads_elsewhere(entry_path(directory, name));
-    return {name, (attributes & _A_SUBDIR) != 0 && !is_link, (attributes & (_A_HIDDEN | _A_SYSTEM)) != 0};
+DirectoryEntry entry_of(const std::string& name, unsigned attributes) {
+    return {name, (attributes & _A_SUBDIR) != 0, (attributes & (_A_HIDDEN | _A_SYSTEM)) != 0};
 }
 
+// In a listing links are told as what they are, so that nobody walks through one into another tree.
 template <class Found, class First, class Next, class Pattern>
-bool search(First first, Next next, const Pattern& pattern, const std::string& directory,
+bool search(First first, Next next, const Pattern& pattern, const std::string& listed,
             std::vector<DirectoryEntry>& out) {
     Found found{};
     const std::intptr_t running = first(pattern.c_str(), &found);
     if (running == -1) return false;
-    int last = 0;
-    for (; last == 0; last = next(running, &found)) {
-        out.push_back(entry_of(directory, narrow(found.name), found.attrib));
-    }
+    do {
+        DirectoryEntry entry = entry_of(narrow(found.name), found.attrib);
+        if (!listed.empty() && (found.attrib & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+            leads_elsewhere(entry_path(listed, entry.name))) {
+            entry.is_directory = false;
+        }
+        out.push_back(std::move(entry));
+    } while (next(running, &found) == 0);
     const bool complete = errno == ENOENT;
     _findclose(running);
     return complete;
 }
 
+bool is_pattern(const std::string& path) {
+    return path.find_first_of("*?", is_verbatim(path) ? 4 : 0) != path.npos;
+}
+
 bool find_matching(const std::string& pattern, std::vector<DirectoryEntry>& out) {
-    const std::string directory = pattern.substr(0, pattern.find_last_of("\\/:") + 1);
-    if (!is_verbatim(pattern)) {
-        return search<_finddata64i32_t>(_findfirst64i32, _findnext64i32, pattern, directory, out);
+    // Nothing where a single entry is asked for.
+    std::string listed;
+    if (is_pattern(pattern)) {
+        listed = pattern.substr(0, pattern.find_last_of("\\/:") + 1);
+        if (listed.empty()) listed = ".\\";
     }
-    return search<_wfinddata64i32_t>(_wfindfirst64i32, _wfindnext64i32, wide(pattern), directory, out);
+    if (!is_verbatim(pattern)) {
+        return search<_finddata64i32_t>(_findfirst64i32, _findnext64i32, pattern, listed, out);
+    }
+    return search<_wfinddata64i32_t>(_wfindfirst64i32, _wfindnext64i32, wide(pattern), listed, out);
 }
 
 class Win32FileSystem final : public FileSystem {
@@ -180,9 +193,7 @@ public:
         out.clear();
         std::string matched = pattern;
         // No file has a name that matches others.
-        if (is_verbatim(matched) && matched.find_first_of("*?", 4) != matched.npos) {
-            return refuse(ERROR_INVALID_NAME);
-        }
+        if (is_verbatim(matched) && is_pattern(matched)) return refuse(ERROR_INVALID_NAME);
         if (is_verbatim(matched) && matched.ends_with('\\')) matched += '*';
         if (!find_matching(matched, out)) return false;
         std::sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.name < b.name; });

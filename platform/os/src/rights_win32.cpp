@@ -1,58 +1,44 @@
 #include "rights_win32.h"
 
-#include <aclapi.h>
-
-#include <memory>
+#include <vector>
 
 namespace os {
 
 namespace {
 
-struct Free {
-    void operator()(void* block) const { LocalFree(block); }
-};
-using Descriptor = std::unique_ptr<void, Free>;
-
-struct Rights {
-    Descriptor descriptor;  // the list stands in it
-    PACL list = nullptr;
-    SECURITY_INFORMATION kind = DACL_SECURITY_INFORMATION;
-};
-
-DWORD read_rights(const char* path, Rights& rights) {
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    const DWORD error = GetNamedSecurityInfoA(path, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
-                                              nullptr, &rights.list, nullptr, &descriptor);
-    if (error != ERROR_SUCCESS) return error;
-    rights.descriptor.reset(descriptor);
-    SECURITY_DESCRIPTOR_CONTROL control{};
-    DWORD revision = 0;
-    if (!GetSecurityDescriptorControl(descriptor, &control, &revision)) return GetLastError();
-    // Whether the directory's rights go on to the file.
-    const bool is_protected = (control & SE_DACL_PROTECTED) != 0;
-    rights.kind |= is_protected ? PROTECTED_DACL_SECURITY_INFORMATION : UNPROTECTED_DACL_SECURITY_INFORMATION;
-    return ERROR_SUCCESS;
+// With the list of rights in it; empty, with the reason in GetLastError(), if it can't be read.
+std::vector<char> descriptor_of(const char* path) {
+    DWORD size = 0;
+    GetFileSecurityA(path, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<char> descriptor(size);
+    if (!GetFileSecurityA(path, DACL_SECURITY_INFORMATION, descriptor.data(), size, &size)) return {};
+    return descriptor;
 }
 
-// The handle was opened for the data alone.
-DWORD write_rights(HANDLE file, const Rights& rights) {
-    constexpr DWORD anything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const HANDLE changeable = ReOpenFile(file, WRITE_DAC | READ_CONTROL, anything, 0);
-    if (changeable == INVALID_HANDLE_VALUE) return GetLastError();
-    const DWORD error =
-        SetSecurityInfo(changeable, SE_FILE_OBJECT, rights.kind, nullptr, nullptr, rights.list, nullptr);
-    CloseHandle(changeable);
-    return error;
+// What came from the directory stays marked so only if that is asked for.
+void keep_inherited(PSECURITY_DESCRIPTOR descriptor) {
+    SECURITY_DESCRIPTOR_CONTROL control{};
+    DWORD revision = 0;
+    if (!GetSecurityDescriptorControl(descriptor, &control, &revision)) return;
+    if ((control & SE_DACL_AUTO_INHERITED) == 0) return;
+    SetSecurityDescriptorControl(descriptor, SE_DACL_AUTO_INHERIT_REQ, SE_DACL_AUTO_INHERIT_REQ);
 }
 
 }  // namespace
 
 bool copy_rights(HANDLE file, const char* of) {
-    Rights rights;
-    DWORD error = read_rights(of, rights);
-    if (error == ERROR_SUCCESS) error = write_rights(file, rights);
+    std::vector<char> descriptor = descriptor_of(of);
+    if (descriptor.empty()) return false;
+    keep_inherited(descriptor.data());
+    // The handle was opened for the data alone.
+    constexpr DWORD anything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE changeable = ReOpenFile(file, WRITE_DAC, anything, 0);
+    if (changeable == INVALID_HANDLE_VALUE) return false;
+    const bool done = SetKernelObjectSecurity(changeable, DACL_SECURITY_INFORMATION, descriptor.data()) != 0;
+    const DWORD error = GetLastError();
+    CloseHandle(changeable);
     SetLastError(error);
-    return error == ERROR_SUCCESS;
+    return done;
 }
 
 }  // namespace os

@@ -1,3 +1,5 @@
+#include <aclapi.h>
+#include <sddl.h>
 #include <windows.h>
 
 #include <filesystem>
@@ -54,6 +56,40 @@ TEST_F(FileTestWin32, AttributesTellWhatIsHidden) {
     ASSERT_TRUE(m_files.find(path("*.*").c_str(), found));
     for (const auto& entry : found) hidden += entry.is_hidden ? entry.name + ' ' : "";
     EXPECT_EQ("hidden system ", hidden);
+}
+
+// A file's list of rights, in the text form that the system has for it.
+std::string rights(const std::string& file) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    char* text = nullptr;
+    EXPECT_EQ(0U, GetNamedSecurityInfoA(file.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
+                                        nullptr, nullptr, nullptr, &descriptor));
+    EXPECT_TRUE(ConvertSecurityDescriptorToStringSecurityDescriptorA(
+        descriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text, nullptr));
+    const std::string out = text;
+    LocalFree(text);
+    LocalFree(descriptor);
+    return out;
+}
+
+// Lets the owner alone do anything.
+void make_private(const std::string& file) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA("D:P(A;;FA;;;OW)(A;;FA;;;BA)",
+                                                                     SDDL_REVISION_1, &descriptor, nullptr));
+    ASSERT_TRUE(SetFileSecurityA(file.c_str(), DACL_SECURITY_INFORMATION, descriptor)) << GetLastError();
+    LocalFree(descriptor);
+}
+
+TEST_F(FileTestWin32, AFileTakesTheRightsOfAnother) {
+    m_directory.file("old", "x");
+    make_private(path("old"));
+    const os::FileHandle file = m_files.open(path("new").c_str(), os::OpenMode::CreateNew, false);
+    ASSERT_NE(os::no_file, file);
+    EXPECT_NE(rights(path("old")), rights(path("new")));
+    EXPECT_TRUE(m_files.take_rights(file, path("old").c_str())) << os::error_text(os::last_error());
+    EXPECT_EQ(rights(path("old")), rights(path("new")));
+    EXPECT_TRUE(m_files.close(file));
 }
 
 // Deeper than the services that take bytes can follow.
