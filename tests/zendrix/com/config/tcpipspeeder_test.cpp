@@ -420,7 +420,7 @@ TEST_F(SettingsTest, LaterVersionsReadTheTicksForTheTraceAlone) {
     value("TcpAckFrequency") = MemoryRegistry::dword(1);
     value("TcpDelAckTicks") = MemoryRegistry::dword(0x80000001U);
     EXPECT_TRUE(is_fast());
-    EXPECT_EQ(traced(4)[0], "WinXP,WinVista, Win7 TCP/IP TcpDelAckTicks speedup value 2147483649");
+    EXPECT_EQ(traced(4)[0], "WinXP,WinVista, Win7 TCP/IP TcpDelAckTicks speedup value -2147483647");
     registry.fail("query", "TcpDelAckTicks", 5);
     EXPECT_TRUE(is_fast());
     EXPECT_EQ(traced(4)[0], "WinXP,WinVista, Win7 TCP/IP TcpDelAckTicks speedup value 2");

@@ -37,6 +37,9 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(begin, text.find_last_not_of(white) + 1 - begin);
 }
 
+// As "%ld" shows it where a long has 32 bits.
+long shown(std::uint32_t number) { return static_cast<std::int32_t>(number); }
+
 std::vector<std::string> parts_of(const std::string& address) {
     std::vector<std::string> parts;
     stl_string_tokenize(address, ".", parts);
@@ -252,15 +255,15 @@ bool CTcpIpSpeeder::HasMaxTCPIPSpeed(const std::string& host) {
     std::uint32_t ticks = slow;
     if (is_before_5_1()) {
         if (!read_setting(function, info, key, delay_ticks, ticks)) return false;
-        SPEEDER_TRACE(4, "Win2000 TCP/IP %s speedup value %ld", delay_ticks, static_cast<long>(ticks));
+        SPEEDER_TRACE(4, "Win2000 TCP/IP %s speedup value %ld", delay_ticks, shown(ticks));
         return ticks == 0;
     }
     constexpr const char* text = "WinXP,WinVista, Win7 TCP/IP %s speedup value %ld";
     key.read(delay_ticks, ticks);
-    SPEEDER_TRACE(4, text, delay_ticks, static_cast<long>(ticks));
+    SPEEDER_TRACE(4, text, delay_ticks, shown(ticks));
     std::uint32_t each = slow;
     if (!read_setting(function, info, key, frequency, each)) return false;
-    SPEEDER_TRACE(4, text, frequency, static_cast<long>(each));
+    SPEEDER_TRACE(4, text, frequency, shown(each));
     return each == 1;
 }
 
@@ -273,12 +276,12 @@ void CTcpIpSpeeder::SetMaxTCPIPSpeed(const std::string& host, bool enable) {
     if (is_before_5_1()) {
         const std::uint32_t ticks = enable ? 0 : slow;
         if (write_setting(function, info, key, delay_ticks, ticks))
-            SPEEDER_TRACE(4, "Win2000 TCP/IP %s speedup value %ld", delay_ticks, static_cast<long>(ticks));
+            SPEEDER_TRACE(4, "Win2000 TCP/IP %s speedup value %ld", delay_ticks, shown(ticks));
         return;
     }
     write_setting(function, info, key, delay_ticks, slow);
     const std::uint32_t each = enable ? 1 : slow;
     if (write_setting(function, info, key, frequency, each))
         SPEEDER_TRACE(4, "WinXP,WinVista, Win7 TCP/IP %s speedup value %ld set for key (HKLM\\%s)", frequency,
-                      static_cast<long>(each), info.key_path.c_str());
+                      shown(each), info.key_path.c_str());
 }
