@@ -73,10 +73,12 @@ HostError mistake_of(const CLI::App& app, const CLI::ParseError& error) {
 
 void add_line_verbs(CLI::App& app, Program& program) {
     add_output_settings(app, program.settings);
-    for (const auto add : {add_info, add_axes,   add_get,    add_set,          add_init,        add_move,
-                           add_zero, add_home,   add_circle, add_scan,         add_events,      add_session,
-                           add_run,  add_probes, add_probe,  add_probesystems, add_probesystem, add_keypad,
-                           add_spin, add_wobble, add_can,    add_raster,       add_components,  add_watch})
+    for (const auto add :
+         {add_info,   add_axes,   add_get,     add_set,          add_init,        add_move,
+          add_zero,   add_home,   add_circle,  add_scan,         add_events,      add_session,
+          add_run,    add_probes, add_probe,   add_probesystems, add_probesystem, add_keypad,
+          add_spin,   add_wobble, add_can,     add_raster,       add_components,  add_watch,
+          add_blocks, add_send,   add_receive, add_backup,       add_firmware,    add_magazine})
         add(app, program);
 }
 

@@ -15,19 +15,39 @@ namespace zxhost {
 // The slow clock beside the notifier: how late a Ctrl-C or a lost machine may be seen.
 constexpr std::chrono::milliseconds longest_sleep{20};
 
+namespace {
+
+void fetch(MMachCommand& command, const HostLoop::TakeResults& take, std::exception_ptr& failure) {
+    try {
+        if (take && !failure) take(command);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+}
+
+// The driver may still speak to a command that hasn't come to its end, until the connection is closed; by
+// then the driver that the command would need at its own end is gone.
+void keep_for_good(MMachCommand* command) {
+    static auto& kept = *new std::vector<MMachCommand*>;
+    kept.push_back(command);
+}
+
+}  // namespace
+
 HostLoop::HostLoop(MMachAbstract& machine, MOutputChannel& channel, HostNotifier& notifier,
                    LoopListener& listener)
     : m_machine(machine), m_channel(channel), m_notifier(notifier), m_listener(listener) {}
 
-CommandResult HostLoop::run(const MakeCommand& make, const TakeResults& take) {
+CommandResult HostLoop::run(const Job& job) {
     const InterruptWatch watch;
     CommandResult result;
     std::exception_ptr failure;
     QuietChannel channel(m_next_id++);
-    std::unique_ptr<MMachCommand> command(make(&channel));
+    std::unique_ptr<MMachCommand> command(job.make(&channel));
+    const bool started = command != nullptr;
     while (command) {
         const bool done = command->IsDone();
-        turn(*command, take, failure);
+        turn(*command, job.take, failure);
         drain(channel, result);
         if (done) break;
         if ((failure || watch.interrupted()) && !result.aborted) {
@@ -35,16 +55,11 @@ CommandResult HostLoop::run(const MakeCommand& make, const TakeResults& take) {
             m_listener.on_abort();
             command->Abort();
         }
-        try {
-            poll();
-        } catch (const HostError&) {
-            turn(*command, take, failure);  // what came before the machine was lost
-            throw;
-        }
+        poll_beside(command, job, failure);
         wait();
     }
+    if (command) fetch(*command, job.finish, failure);
     result.aborted = result.aborted || watch.interrupted();
-    const bool started = command != nullptr;
     command.reset();
     drain(channel, result);
     if (failure) std::rethrow_exception(failure);
@@ -54,12 +69,22 @@ CommandResult HostLoop::run(const MakeCommand& make, const TakeResults& take) {
     return result;
 }
 
-void HostLoop::turn(MMachCommand& command, const TakeResults& take, std::exception_ptr& failure) {
+// Hands on what the machine itself says while a command runs. A lost machine ends the command, unless that
+// one goes on without it; poll tells of the loss again at its end.
+void HostLoop::poll_beside(std::unique_ptr<MMachCommand>& command, const Job& job,
+                           std::exception_ptr& failure) {
     try {
-        if (take && !failure) take(command);
-    } catch (...) {
-        failure = std::current_exception();
+        poll();
+    } catch (const HostError&) {
+        if (!job.needs_machine) return;
+        turn(*command, job.take, failure);  // what came before the machine was lost
+        if (job.finish) keep_for_good(command.release());
+        throw;
     }
+}
+
+void HostLoop::turn(MMachCommand& command, const TakeResults& take, std::exception_ptr& failure) {
+    fetch(command, take, failure);
     m_listener.on_wake();
 }
 

@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -37,14 +38,25 @@ public:
     using MakeCommand = std::function<MMachCommand*(MOutputChannel*)>;
     using TakeResults = std::function<void(MMachCommand&)>;
 
+    struct Job {
+        MakeCommand make;
+        TakeResults take = nullptr;  // fetches results while they come; called every turn, and after the end
+        TakeResults finish = nullptr;  // fetches what there is only at the end; called once, if it comes
+        // False for a command that comes to its end without the machine, too: it is waited for, also when the
+        // connection is lost.
+        bool needs_machine = true;
+    };
+
     // Borrows all of them.
     HostLoop(MMachAbstract& machine, MOutputChannel& channel, HostNotifier& notifier, LoopListener& listener);
 
-    // Runs the command that `make` hands out until it is done. `take` may fetch results from it; it is
-    // called every turn, and at least once after the end. Ctrl-C aborts the command and the loop goes on to
-    // its end; so does what `take` throws, which comes out there. Throws HostError if there is no machine, or
-    // no more.
-    CommandResult run(const MakeCommand& make, const TakeResults& take = nullptr);
+    // Runs the command that `make` hands out until it is done. Ctrl-C aborts the command and the loop goes on
+    // to its end; so does what `take` throws, which comes out there. Throws HostError if there is no machine,
+    // or no more.
+    CommandResult run(const Job& job);
+    CommandResult run(const MakeCommand& make, const TakeResults& take = nullptr) {
+        return run(Job{make, take});
+    }
 
     // Hands on what the machine itself has said; throws HostError if the connection is lost.
     void poll();
@@ -55,6 +67,7 @@ public:
 private:
     void drain(MOutputChannel& channel, CommandResult& result);
     void turn(MMachCommand& command, const TakeResults& take, std::exception_ptr& failure);
+    void poll_beside(std::unique_ptr<MMachCommand>& command, const Job& job, std::exception_ptr& failure);
 
     MMachAbstract& m_machine;
     MOutputChannel& m_channel;

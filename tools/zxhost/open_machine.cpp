@@ -16,15 +16,24 @@ std::string address_of(const Settings& settings) {
 }  // namespace
 
 OpenMachine::OpenMachine(const Settings& settings)
-    : m_address(address_of(settings)), m_plugin(settings.plugin) {
+    : m_settings(settings), m_address(address_of(settings)), m_plugin(settings.plugin) {
     m_plugin.set_trace_level(settings.trace);
-    if (settings.host.empty()) {
-        open(settings.name, settings.config);
+    connect();
+}
+
+void OpenMachine::connect() {
+    if (m_settings.host.empty()) {
+        open(m_settings.name, m_settings.config);
         return;
     }
     // The driver reads its configuration in Open alone, so the directory needn't outlive it.
-    const PrivateConfiguration configuration(settings.host, settings.port);
+    const PrivateConfiguration configuration(m_settings.host, m_settings.port);
     open("m2zendrix", configuration.directory());
+}
+
+void OpenMachine::renew() {
+    m_machine->Close();
+    connect();
 }
 
 void OpenMachine::open(const std::string& name, const std::string& directory) {

@@ -28,14 +28,21 @@ public:
     OpenMachine(const OpenMachine&) = delete;
     OpenMachine& operator=(const OpenMachine&) = delete;
 
+    // Closes the connection and opens it again with a driver that knows nothing of the old one. Throws
+    // HostError (no connection); there is no machine then, and this may be called again.
+    void renew();
+
+    // Another one after renew.
     MMachAbstract& machine() { return *m_machine; }
     MOutputChannel& channel() { return m_channel; }
     HostNotifier& notifier() { return m_notifier; }
     const std::string& address() const { return m_address; }  // as a person reads it
 
 private:
+    void connect();
     void open(const std::string& name, const std::string& directory);
 
+    Settings m_settings;
     std::string m_address;
     Plugin m_plugin;
     HostNotifier m_notifier;

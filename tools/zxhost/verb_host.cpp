@@ -45,7 +45,7 @@ void VerbHost::run(const Action& action) {
         throw HostError(ExitStatus::MachineError, action.name + ": this machine has no such command",
                         "see what it knows with: zxhost info");
     m_action = &action;
-    const CommandResult result = m_loop.run(action.make, action.take);
+    const CommandResult result = m_loop.run({action.make, action.take, action.finish, action.needs_machine});
     m_action = nullptr;
     if (action.progress && result.errors.empty()) show_progress(action);
     m_progress.end();

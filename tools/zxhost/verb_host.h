@@ -32,6 +32,8 @@ struct Action {
     HostLoop::MakeCommand make;
     HostLoop::TakeResults take = nullptr;
     std::function<std::string()> progress = nullptr;  // its state in one line
+    HostLoop::TakeResults finish = nullptr;           // see HostLoop::Job
+    bool needs_machine = true;
 };
 
 class VerbHost : private LoopListener {
@@ -61,6 +63,10 @@ public:
     auto ask(const std::string& what, Function&& function);
 
     void poll() { m_loop.poll(); }
+
+    // Tells how far it is with what no action tells of.
+    void show_progress(const std::string& text) { m_progress.show(text); }
+    void end_progress() { m_progress.end(); }
     void wait();
 
     // The rows as a table or as JSON.

@@ -44,7 +44,12 @@ void add_can(CLI::App& app, Program& program);
 void add_raster(CLI::App& app, Program& program);
 void add_components(CLI::App& app, Program& program);
 void add_watch(CLI::App& app, Program& program);
-
+void add_blocks(CLI::App& app, Program& program);
+void add_send(CLI::App& app, Program& program);
+void add_receive(CLI::App& app, Program& program);
+void add_backup(CLI::App& app, Program& program);
+void add_firmware(CLI::App& app, Program& program);
+void add_magazine(CLI::App& app, Program& program);
 
 // These look at what stands before an open machine.
 void add_config(CLI::App& app, Program& program);

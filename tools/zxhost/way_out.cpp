@@ -42,6 +42,13 @@ std::string way_out_of(const std::string& error) {
         {"probe define: ", "see how others are defined with: zxhost probes"},
         {"unknown axis", "see the machine's axes with: zxhost axes"},
         {"invalid axis", "see the machine's axes with: zxhost axes"},
+        {"receive: invalid argument", "see the machine's blocks with: zxhost blocks"},
+        {"send: invalid argument", "name another block: the machine keeps this name for itself"},
+        {"send: argument out of range", "its name or its bytes are more than the machine takes"},
+        {"receive: argument out of range", "see the machine's blocks with: zxhost blocks"},
+        {"send: buffer overrun", "the machine has no room left; see its blocks with: zxhost blocks"},
+        {"no data received",
+         "is the directory there, and may this user read all of it? Is there room for temporary files?"},
         {"argument out of range", "see how far each axis goes with: zxhost axes"},
         {"invalid argument", "see how far each axis goes with: zxhost axes"},
     };

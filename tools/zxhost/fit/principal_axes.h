@@ -15,9 +15,8 @@ struct PrincipalAxes {
     double noise = 0.0;                    // what a spread may be from rounding alone
 };
 
-// The singular values of the centred points, by one-sided Jacobi rotations (M. R. Hestenes, "Inversion of
-// matrices by biorthogonalization and related results", 1958). Unlike the eigenvalues of the sums of squares
-// they keep small spreads beside large ones. Throws NoFit without points, and for numbers that aren't finite.
+// The singular values of the centred points. Unlike the eigenvalues of the sums of squares they keep small
+// spreads beside large ones. Throws NoFit without points, and for numbers that aren't finite.
 template <std::size_t N>
 PrincipalAxes<N> principal_axes(const std::vector<Point<N>>& points);
 

@@ -1,8 +1,9 @@
 #include "round_fit.h"
 
-#include <algorithm>
+#include <Eigen/Geometry>
+#include <Eigen/LU>
+#include <optional>
 
-#include "linear_equations.h"
 #include "principal_axes.h"
 
 namespace zxhost {
@@ -10,104 +11,114 @@ namespace {
 
 constexpr const char* too_flat = "the points are too flat to tell a radius from their scatter";
 
-template <std::size_t N>
+template <int N>
+using Place = Eigen::Vector<double, N>;
+
+template <int N>
 struct Round {
-    Point<N> centre{};
-    double radius = 0.0;
+    Place<N> centre;
+    double radius;
 };
 
+// The centre, and the radius or what stands for it.
+template <int N>
+using Unknowns = Eigen::Vector<double, N + 1>;
+
+// The sums over all rows of an overdetermined system. That they square its condition does no harm: the points
+// are normalized, and the next step makes good what one loses.
+template <int N>
+struct NormalEquations {
+    Eigen::Matrix<double, N + 1, N + 1> sums = Eigen::Matrix<double, N + 1, N + 1>::Zero();
+    Unknowns<N> right = Unknowns<N>::Zero();
+
+    void add(const Unknowns<N>& row, double value) {
+        sums += row * row.transpose();
+        right += row * value;
+    }
+};
+
+template <int N>
+Unknowns<N> solve(const NormalEquations<N>& equations) {
+    Eigen::FullPivLU<Eigen::Matrix<double, N + 1, N + 1>> decomposition(equations.sums);
+    decomposition.setThreshold(1e-15);
+    if (!decomposition.isInvertible()) throw NoFit(too_flat);
+    return decomposition.solve(equations.right);
+}
+
 // The points about their mean and in units of their spread, in which a step or a sum can be called small.
-template <std::size_t N>
-std::vector<Point<N>> normalized(const std::vector<Point<N>>& points, const PrincipalAxes<N>& axes) {
-    std::vector<Point<N>> result;
+template <std::size_t N, int M = static_cast<int>(N)>
+std::vector<Place<M>> normalized(const std::vector<Point<N>>& points, const PrincipalAxes<N>& axes) {
+    std::vector<Place<M>> result;
     result.reserve(points.size());
     for (const Point<N>& point : points) {
-        result.push_back(minus(point, axes.centre));
-        for (double& number : result.back()) number /= axes.spread[0];
+        const Point<N> from_mean = minus(point, axes.centre);
+        result.push_back(Eigen::Map<const Place<M>>(from_mean.data()) / axes.spread[0]);
     }
     return result;
 }
 
-template <std::size_t N>
-std::array<double, N + 1> row_of(const Point<N>& point) {
-    std::array<double, N + 1> row{};
-    std::copy(point.begin(), point.end(), row.begin());
-    row[N] = 1.0;
-    return row;
-}
-
-template <std::size_t N>
-Round<N> algebraic_fit(const std::vector<Point<N>>& points) {
-    NormalEquations<N + 1> equations;
-    for (const Point<N>& point : points) equations.add(row_of<N>(point), dot(point, point));
-    const auto solution = solve(equations);
-    if (!solution) throw NoFit(too_flat);
-    Round<N> round;
-    for (std::size_t i = 0; i < N; ++i) round.centre[i] = (*solution)[i] / 2.0;
-    round.radius = std::sqrt((*solution)[N] + dot(round.centre, round.centre));
-    return round;
+template <int N>
+Round<N> algebraic_fit(const std::vector<Place<N>>& points) {
+    NormalEquations<N> equations;
+    for (const Place<N>& point : points) equations.add(point.homogeneous(), point.squaredNorm());
+    const Unknowns<N> solution = solve(equations);
+    const Place<N> centre = solution.template head<N>() / 2.0;
+    return {centre, std::sqrt(solution[N] + centre.squaredNorm())};
 }
 
 // The linear equations for the step from here.
-template <std::size_t N>
-NormalEquations<N + 1> step_equations(const Round<N>& round, const std::vector<Point<N>>& points) {
-    NormalEquations<N + 1> equations;
-    for (const Point<N>& point : points) {
-        Point<N> outwards = minus(point, round.centre);
-        const double distance = length(outwards);
+template <int N>
+NormalEquations<N> step_equations(const Round<N>& round, const std::vector<Place<N>>& points) {
+    NormalEquations<N> equations;
+    for (const Place<N>& point : points) {
+        const Place<N> outwards = point - round.centre;
+        const double distance = outwards.norm();
         if (distance == 0.0) continue;
-        for (double& number : outwards) number /= distance;
-        equations.add(row_of<N>(outwards), distance - round.radius);
+        equations.add((outwards / distance).homogeneous(), distance - round.radius);
     }
     return equations;
 }
 
-template <std::size_t N>
-double squares(const Round<N>& round, const std::vector<Point<N>>& points) {
+template <int N>
+double deviation(const Round<N>& round, const Place<N>& point) {
+    return (point - round.centre).norm() - round.radius;
+}
+
+template <int N>
+double squares(const Round<N>& round, const std::vector<Place<N>>& points) {
     double sum = 0.0;
-    for (const Point<N>& point : points) {
-        const double deviation = length(minus(point, round.centre)) - round.radius;
-        sum += deviation * deviation;
-    }
+    for (const Place<N>& point : points) sum += std::pow(deviation(round, point), 2);
     return sum;
 }
 
-template <std::size_t N>
-Round<N> moved(Round<N> round, const std::array<double, N + 1>& step, double part) {
-    for (std::size_t i = 0; i < N; ++i) round.centre[i] += part * step[i];
-    round.radius += part * step[N];
-    return round;
-}
-
 // Goes the step, or as much of it as makes the sum smaller; false where nothing does, or it no longer counts.
-template <std::size_t N>
-bool improve(Round<N>& round, const std::vector<Point<N>>& points) {
-    const auto step = solve(step_equations(round, points));
-    if (!step) throw NoFit(too_flat);
+template <int N>
+bool improve(Round<N>& round, const std::vector<Place<N>>& points) {
+    const Unknowns<N> whole_step = solve(step_equations(round, points));
     const double before = squares(round, points);
     for (double part = 1.0; part > 1e-9; part /= 2.0) {
-        const Round<N> there = moved(round, *step, part);
+        const Unknowns<N> step = part * whole_step;
+        const Round<N> there{round.centre + step.template head<N>(), round.radius + step[N]};
         if (!(squares(there, points) < before)) continue;
-        const double way = part * length<N + 1>(*step);
         round = there;
-        return way > 1e-14 * round.radius;
+        return step.norm() > 1e-14 * round.radius;
     }
     return false;
 }
 
 // What the radius' own variance is for scatter of variance 1: the last element of the inverse.
-template <std::size_t N>
-double radius_factor(const Round<N>& round, const std::vector<Point<N>>& points) {
-    NormalEquations<N + 1> equations = step_equations(round, points);
-    for (std::size_t i = 0; i <= N; ++i) equations.sums[i][N + 1] = i == N ? 1.0 : 0.0;
-    const auto solution = solve(equations);
-    if (!solution || !((*solution)[N] > 0.0)) throw NoFit(too_flat);
-    return (*solution)[N];
+template <int N>
+double radius_factor(const Round<N>& round, const std::vector<Place<N>>& points) {
+    NormalEquations<N> equations = step_equations(round, points);
+    equations.right = Unknowns<N>::Unit(N);
+    const double factor = solve(equations)[N];
+    if (!(factor > 0.0)) throw NoFit(too_flat);
+    return factor;
 }
 
-template <std::size_t N>
-double radius_deviation(const Round<N>& round, const std::vector<Point<N>>& points) {
-    const double spare = static_cast<double>(points.size()) - static_cast<double>(N + 1);
+template <int N>
+double radius_deviation(const Round<N>& round, const std::vector<Place<N>>& points) {
+    const double spare = static_cast<double>(points.size()) - (N + 1);
     if (spare < 1.0) return 0.0;
     return std::sqrt(squares(round, points) / spare * radius_factor(round, points));
 }
@@ -128,18 +139,18 @@ PrincipalAxes<N> checked_axes(const std::vector<Point<N>>& points) {
 template <std::size_t N>
 RoundFit<N> fit_round(const std::vector<Point<N>>& points) {
     const PrincipalAxes<N> axes = checked_axes(points);
-    const std::vector<Point<N>> near = normalized(points, axes);
-    Round<N> round = algebraic_fit(near);
+    const auto near = normalized(points, axes);
+    auto round = algebraic_fit(near);
     constexpr int most_steps = 200;
     for (int step = 0; step < most_steps && improve(round, near); ++step) {
     }
     const double uncertain = radius_deviation(round, near);
     if (!(uncertain < round.radius)) throw NoFit(too_flat);
     const double unit = axes.spread[0];
-    RoundFit<N> fit{plus(axes.centre, round.centre, unit), round.radius * unit, uncertain * unit, {}};
+    RoundFit<N> fit{axes.centre, round.radius * unit, uncertain * unit, {}};
+    for (std::size_t i = 0; i < N; ++i) fit.centre[i] += round.centre[static_cast<Eigen::Index>(i)] * unit;
     fit.deviations.reserve(points.size());
-    for (const Point<N>& point : near)
-        fit.deviations.push_back((length(minus(point, round.centre)) - round.radius) * unit);
+    for (const auto& point : near) fit.deviations.push_back(deviation(round, point) * unit);
     return fit;
 }
 

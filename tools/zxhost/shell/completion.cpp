@@ -51,10 +51,27 @@ std::string value_name(const CLI::App& app, const std::string& word) {
     return "";
 }
 
-std::string argument_name(const CLI::App& app) {
-    for (const CLI::Option* option : app.get_options())
-        if (option->get_positional()) return option->get_name(true);
-    return "";
+// What the argument behind this many others is called; the last one may go on.
+std::string argument_name(const CLI::App& app, std::size_t given) {
+    std::string name;
+    for (const CLI::Option* option : app.get_options()) {
+        if (!option->get_positional()) continue;
+        name = option->get_name(true);
+        if (given-- == 0) break;
+    }
+    return name;
+}
+
+// How many arguments of the verb the words hold behind its own name, options and their values left out.
+std::size_t arguments_given(const CLI::App& verb, const Names& words) {
+    const auto own = std::find(words.rbegin(), words.rend(), verb.get_name());
+    const Names behind(own.base(), words.end());
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < behind.size(); ++i) {
+        const bool is_value = i > 0 && !value_name(verb, behind[i - 1]).empty();
+        if (!is_value && !behind[i].starts_with("-")) ++count;
+    }
+    return count;
 }
 
 void add_names(Completions& found, const Vocabulary& vocabulary, const std::string& argument) {
@@ -62,7 +79,8 @@ void add_names(Completions& found, const Vocabulary& vocabulary, const std::stri
         append(found.words, vocabulary.axes(), "=");
     else if (contains(argument, "AXIS"))
         append(found.words, vocabulary.axes());
-    if (contains(argument, "PROBE")) append(found.words, vocabulary.probes());
+    if (contains(argument, "PROBE") && !contains(argument, "=PROBE"))
+        append(found.words, vocabulary.probes());
     if (contains(argument, "NAME")) append(found.words, vocabulary.probesystems());
     found.file_names = contains(argument, "FILE");
 }
@@ -72,6 +90,8 @@ void add_values(Completions& found, const Vocabulary& vocabulary, const std::str
         found.words = Names{"table", "json", "csv"};
     else if (option == "--data" || option == "--axes")
         append(found.words, vocabulary.axes());
+    else if (option == "--system")
+        append(found.words, vocabulary.probesystems());
     else
         found.file_names = true;
 }
@@ -102,7 +122,7 @@ Completions complete(CLI::App& app, const Vocabulary& vocabulary, std::string_vi
         found.words = options_of(verb);
     } else {
         found.words = parts_of(verb);
-        add_names(found, vocabulary, argument_name(verb));
+        add_names(found, vocabulary, argument_name(verb, arguments_given(verb, split.words)));
     }
     keep(found.words, begun);
     for (std::string& word : found.words) word = in_quotes(word);

@@ -73,6 +73,11 @@ MMachMagazineDB::MMachMagazineDB(MMachAbstract* machine, const std::string& path
     : filename(path), inidata(MINIDATA_SAVE_BY_RENAME), mach(machine) {}
 
 bool MMachMagazineDB::Open() {
+    m_isFileRead = read_file();
+    return m_isFileRead;
+}
+
+bool MMachMagazineDB::read_file() {
     constexpr const char* function = "MMachMagazineDB::Open";
     if (!inidata.Open(filename)) {
         MERRTRACE_REPORT(source, "%s(): inidata.Open(\"%.50s\") failed", function, filename.c_str());
@@ -87,7 +92,10 @@ bool MMachMagazineDB::Open() {
 }
 
 bool MMachMagazineDB::Send(const std::string& content) {
-    if (take_content(content)) return true;
+    if (take_content(content)) {
+        m_isFileRead = true;
+        return true;
+    }
     if (!Open()) MERRTRACE_REPORT(source, "%s(): Open() failed", "MMachMagazineDB::Send");
     return false;
 }
@@ -332,6 +340,9 @@ bool MMachMagazineDB::read_change_programs(const std::string& section, MMachMaga
 
 void MMachMagazineDB::resync_inifile() {
     constexpr const char* function = "MMachMagazineDB::resync_inifile";
-    if (!inidata.Reload()) MERRTRACE_REPORT(source, "%s(): inidata.Reload() failed", function);
-    if (!analyse_inifile()) MERRTRACE_REPORT(source, "%s(): analyse_inifile() failed", function);
+    const bool reloaded = inidata.Reload();
+    if (!reloaded) MERRTRACE_REPORT(source, "%s(): inidata.Reload() failed", function);
+    const bool analysed = analyse_inifile();
+    if (!analysed) MERRTRACE_REPORT(source, "%s(): analyse_inifile() failed", function);
+    m_isFileRead = reloaded && analysed;
 }

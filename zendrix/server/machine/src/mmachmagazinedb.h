@@ -5,7 +5,8 @@
 // the machine is asked for each time. Failures go to the error trace; nothing is thrown.
 //
 // After a failed change file and index agree again, with the file as it was. A file that couldn't be read
-// leaves the index as it was before; the next change then writes the file anew from what could be read.
+// leaves the index as it was before; the next change then writes the file anew from what could be read. Who
+// lets people change a magazine asks IsFileRead() first.
 //
 // No lock: one thread at a time, the one that may ask the machine.
 #pragma once
@@ -35,6 +36,11 @@ public:
     // Reads the file; a missing one is a database without magazines. A file that can be read but isn't one
     // of magazines of this machine's probe systems leaves the index empty.
     bool Open();
+
+    // Does the index tell what is in the file, as far as this object knows? False before Open, after an Open
+    // that failed, and after a failed change that couldn't be followed by reading the file back. A change
+    // then writes the file anew, and what couldn't be read of it is lost.
+    bool IsFileRead() const { return m_isFileRead; }
 
     // Puts this text in the file's place if it is a magazine file; else the file stays, and is read again.
     bool Send(const std::string& content);
@@ -85,6 +91,7 @@ private:
     const Magazine* find_magazine(const Probesystem& probesystem) const;
     const Magazine* active_magazine() const { return find_magazine(active_probesystem()); }
     const MMachMagazineSlot* find_active_slot(std::uint32_t slot) const;
+    bool read_file();
     bool analyse_section(const std::string& section);
     bool is_defined(const Probesystem& probesystem) const;
     bool read_slot(const std::string& section, MMachMagazineSlot& slot) const;
@@ -92,4 +99,6 @@ private:
     bool read_change_programs(const std::string& section, MMachMagazineSlot& slot) const;
     bool take_content(const std::string& content);
     bool delete_sections(const Probesystem& probesystem, const Magazine& magazine);
+
+    bool m_isFileRead = false;
 };
