@@ -15,6 +15,12 @@ class RegistryKeys {
 public:
     explicit RegistryKeys(HKEY root) : m_root(root) {}
 
+    bool has(const std::string& path) const {
+        HKEY key = nullptr;
+        if (::RegOpenKeyExA(m_root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+        close(key);
+        return true;
+    }
     void make(const std::string& path) { close(create(path)); }
     void set_text(const std::string& path, const char* name, const std::string& text) {
         set(path, name, REG_SZ, text.c_str(), text.size() + 1);

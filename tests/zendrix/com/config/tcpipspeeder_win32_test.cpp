@@ -109,9 +109,11 @@ TEST_F(SpeederWin32, AnAddressThatIsNoTextEndsTheSearch) {
 TEST_F(SpeederWin32, TheTrueAdaptersAreFoundAndSet) {
     if (!std::getenv("ZX_PRIVATE_REGISTRY")) GTEST_SKIP() << "the registry isn't the test run's own";
     RegistryKeys keys(HKEY_LOCAL_MACHINE);
+    const bool was_there = keys.has(tree);
     const std::string prefix = "zx_test_" + std::to_string(::GetCurrentProcessId()) + " ";
     check_adapters(keys, prefix);
     for (const char* name : {"0 none", "1 fixed", "2 dhcp"}) keys.remove(tree + "\\" + prefix + name);
+    if (!was_there) keys.remove(tree);
 }
 
 }  // namespace
