@@ -2,42 +2,15 @@
 #include <gtest/gtest.h>
 
 #include "net/lineclient.h"
-#include "net/serialclient.h"
-#include "net/server.h"
-#include "rig.h"
+#include "net/restarting.h"
 
 namespace zendrix::sim {
 namespace {
 
-constexpr std::chrono::milliseconds a_while(50);
-
-const char* const hello = "0000\thello \"Plain\" 3.0 simulated";
-
-struct Running {
-    explicit Running(Road road = Road::tcp) : server(rig::plain_machine(), on(road), make_clock()) {
-        port = server.start();
-    }
-
-    static ServerOptions on(Road road) {
-        ServerOptions options;
-        options.road = road;
-        return options;
-    }
-    static std::unique_ptr<Clock> make_clock() { return std::make_unique<ManualClock>(); }
-    void pass(double seconds) {
-        server.invoke([&](Hub&, Clock& clock) { dynamic_cast<ManualClock&>(clock).advance(seconds); });
-    }
-
-    Server server;
-    std::uint16_t port = 0;
-};
-
-template <class Client>
-void expect_revision(Client& client, const std::string& id, const std::string& revision) {
-    client.say(id + "\tmachine revision");
-    EXPECT_EQ(client.line(), id + "\tdata \"" + revision + "\"");
-    EXPECT_EQ(client.line(), id + "\tready");
-}
+using restarting::a_while;
+using restarting::expect_revision;
+using restarting::hello;
+using restarting::Running;
 
 TEST(Firmware, SendsEveryClientAwayAndComesBack) {
     Running running;
@@ -63,24 +36,6 @@ TEST(Firmware, SendsEveryClientAwayAndComesBack) {
     expect_revision(early, "0001", "1.1");
     early.say("0002\treceive \"x/firmware.config\"");
     EXPECT_EQ(early.lines_until("0002\tready"), "0002\taccepted\n0002\tdata \"new\"\n0002\tready\n");
-}
-
-TEST(Firmware, AtASerialLineTheMachineIsSilentForAWhile) {
-    Running running(Road::terminal);
-    SerialClient line(running.server.place());
-    line.say("0000\thello");
-    ASSERT_TRUE(line.reaches(hello));
-    line.say("0001\tsend \"firmware.config\" \"new\"");
-    EXPECT_EQ(line.line(), "0001\tready");
-    line.say("0002\tping");
-    line.say("0000\thello");
-    EXPECT_EQ(line.line(a_while), std::nullopt);
-    running.pass(2.1);
-    line.say("0003\tping");
-    line.say("0000\thello");
-    EXPECT_EQ(line.line(), "");
-    EXPECT_EQ(line.line(), hello);
-    expect_revision(line, "0001", "1.1");
 }
 
 TEST(Firmware, InsideTheProcessClientsComeBackToo) {
