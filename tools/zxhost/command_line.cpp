@@ -113,6 +113,7 @@ ExitStatus run_and_tell(const Streams& streams, const std::function<void()>& run
 ExitStatus run_command_line(std::vector<std::string> arguments, const Streams& streams) {
     Program program;
     CLI::App app("Drives a measuring machine through its driver plug-in.", "zxhost");
+    app.allow_windows_style_options(false);  // a word that begins with a slash is the same on every system
     add_connection_settings(app, program.settings);
     add_line_verbs(app, program);
     add_shell(app, program);

@@ -20,7 +20,9 @@ template <class Function>
 Function* Plugin::find(const char* name) {
     Function* const function = m_library.function<Function>(name);
     if (!function)
-        throw HostError(ExitStatus::WrongUsage, m_file + " is no machine driver: it lacks " + name,
+        throw HostError(ExitStatus::WrongUsage,
+                        m_file + " is no machine driver: it lacks " + name +
+                            "; wanted are IsProxy, NewMMachAbstract and SetDefaultTracelevel",
                         "name the plug-in with --plugin FILE");
     return function;
 }

@@ -47,7 +47,7 @@ PrivateConfiguration::PrivateConfiguration(const std::string& host, int port) {
     check_host(host);
     const fs::path path = make_directory();
     m_directory = path.string();
-    std::ofstream ini(path / "m2zendrix.ini");
+    std::ofstream ini(path / "m2zendrix.ini", std::ios::binary);
     ini << "[connection]\nhost=" << host << "\nport=" << port << "\n";
 }
 

@@ -23,6 +23,7 @@ namespace {
 std::unique_ptr<Server> make_server(const std::string& text) {
     Settings settings;
     CLI::App app("", "zendrix-sim.dll");
+    app.allow_windows_style_options(false);
     app.set_help_flag();
     declare_settings(app, settings);
     app.parse(text);

@@ -84,6 +84,7 @@ int main(int argc, char** argv) {
     os::make_standard_streams_binary();
     Wishes wishes;
     CLI::App app("A simulated machine server.", "zendrix-sim");
+    app.allow_windows_style_options(false);  // a word that begins with a slash is the same on every system
     declare(app, wishes);
     try {
         app.parse(argc, argv);

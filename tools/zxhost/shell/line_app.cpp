@@ -10,6 +10,7 @@ namespace zxhost {
 
 LineApp::LineApp(const Settings& settings) : m_program{settings, nullptr} {
     m_app = std::make_unique<CLI::App>("Each line is a verb with its words, as behind zxhost.");
+    m_app->allow_windows_style_options(false);
     add_line_verbs(*m_app, m_program);
 }
 
