@@ -12,7 +12,8 @@ namespace {
 constexpr int deepest_error = 4;
 
 void log_exception(const char* callback, const std::string& what) {
-    log_error(__FILE__, __LINE__, std::string("an exception left the ") + callback + " callback: " + what);
+    log_error("callbacks.cpp", __LINE__,
+              std::string("an exception left the ") + callback + " callback: " + what);
 }
 
 // Runs `call` and lets nothing out of it.

@@ -61,7 +61,7 @@ void CZendrixCOM::Client::connect(Progress progress, void* user, const std::stri
         return;
     }
     m_noConnection = "no machine connection to \"" + server + "\": " + m_noConnection;
-    serverdll::log_error(__FILE__, __LINE__, m_noConnection);
+    serverdll::log_error("client.cpp", __LINE__, m_noConnection);
     say(m_noConnection);
 }
 

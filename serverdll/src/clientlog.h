@@ -5,7 +5,7 @@
 
 namespace serverdll {
 
-// `file` and `line` are the place that reports: __FILE__, __LINE__.
+// `file` and `line` are the place that reports: the name of the source without its folder, __LINE__.
 void log_error(const char* file, int line, const std::string& text);
 
 }  // namespace serverdll

@@ -157,7 +157,7 @@ void Connection::lose(std::string cause) {
         if (!m_writeFailure.empty()) cause = m_writeFailure;
     }
     cause = "machine connection lost: " + cause;
-    log_error(__FILE__, __LINE__, cause);
+    log_error("connection.cpp", __LINE__, cause);
     m_router.lose(m_requests.lose(cause));
 }
 
