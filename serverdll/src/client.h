@@ -45,6 +45,9 @@ public:
     // A query whose answers to come are `watch` lines about that many axes; none: their end.
     bool watch(wire::RequestWriter& request, std::size_t axes);
 
+    // A block of data: in one request, or in parts if it is long.
+    bool send_block(std::string_view name, std::string_view data);
+
     // The same in the shapes that most operations have. Outputs are written on success only.
     bool ask(std::string_view words);
     bool ask(std::string_view words, const std::vector<std::string>& axes);
@@ -95,6 +98,7 @@ private:
     // LF.
     bool query_inside(wire::RequestWriter& request, std::string* data);
     bool refuse_inside(const char* text);
+    bool send_parts(std::string_view name, std::string_view data, std::size_t part);
     void run(wire::RequestWriter& request, serverdll::Exchange& exchange);
     void perform(wire::RequestWriter& request, serverdll::Exchange& exchange);
     void tell(long id, serverdll::Exchange& exchange);

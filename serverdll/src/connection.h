@@ -27,6 +27,9 @@ public:
 
     bool is_alive() const noexcept { return m_alive.load(std::memory_order_acquire); }
 
+    // As of Transport.
+    std::size_t block_part() const { return m_transport->block_part(); }
+
     // Sends the request and waits for what the exchange wants; its fields say how that went. Any thread.
     void perform(wire::RequestWriter& request, Exchange& exchange);
 

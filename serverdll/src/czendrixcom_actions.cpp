@@ -150,8 +150,7 @@ bool CZendrixCOM::SetWobble(double p1, double p2, double p3, double p4, double p
 }
 
 bool CZendrixCOM::Send(std::string name, std::string data) {
-    wire::RequestWriter request = m_client->request("send");
-    return m_client->query(request.text(name).text(data));
+    return m_client->send_block(name, data);
 }
 
 bool CZendrixCOM::Receive(std::string name, std::string& data, long* tid) {

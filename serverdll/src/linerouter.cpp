@@ -85,9 +85,9 @@ bool LineRouter::route_message(Delivery::Kind kind, long id, std::string_view bo
 }
 
 void LineRouter::route_data(long id, std::string_view body) {
-    if (!m_requests.data(id, body) || m_replies.add(id, body)) return;
-    m_replies.drop(id);
-    fail(id, "receive: the block is too long");
+    if (!m_requests.data(id, body)) return;
+    m_onlyAnswers = false;  // nobody waits for these, but many come
+    if (!m_replies.add(id, body)) fail(id, "receive: the block is too long");
 }
 
 void LineRouter::route_ready(long id) {
@@ -225,7 +225,7 @@ void LineRouter::log_unknown(long id, std::string_view line) {
 }
 
 void LineRouter::log_strange(const std::string& text) {
-    if (m_strangeLines++ < most_strange_lines) log_error(__FILE__, __LINE__, text);
+    if (m_strangeLines++ < most_strange_lines) log_error("linerouter.cpp", __LINE__, text);
 }
 
 void LineRouter::flush() {

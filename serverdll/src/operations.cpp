@@ -1,5 +1,7 @@
 #include "operations.h"
 
+#include <algorithm>
+
 namespace serverdll {
 
 namespace {
@@ -113,4 +115,23 @@ bool CZendrixCOM::Client::begin(std::string_view words, std::initializer_list<do
     if (serverdll::add_positions(line, count, positions)) return transaction(line, tid, kind);
     if (tid != nullptr) *tid = 0;
     return refuse(serverdll::bad_argument);
+}
+
+bool CZendrixCOM::Client::send_block(std::string_view name, std::string_view data) {
+    const serverdll::GatePass pass(m_gate);
+    const std::size_t part = m_connection == nullptr ? data.size() : m_connection->block_part();
+    if (data.size() > part) return send_parts(name, data, part);
+    wire::RequestWriter line = request("send");
+    return query_inside(line.text(name).text(data), nullptr);
+}
+
+bool CZendrixCOM::Client::send_parts(std::string_view name, std::string_view data, std::size_t part) {
+    wire::RequestWriter begin = request("send begin");
+    begin.text(name).integer(static_cast<std::int64_t>(data.size()));
+    bool is_taken = query_inside(begin, nullptr);
+    for (; is_taken && !data.empty(); data.remove_prefix(std::min(part, data.size()))) {
+        wire::RequestWriter line = request("send part");
+        is_taken = query_inside(line.integer(begin.id()).text(data.substr(0, part)), nullptr);
+    }
+    return is_taken;
 }

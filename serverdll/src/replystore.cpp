@@ -6,8 +6,8 @@ namespace serverdll {
 
 namespace {
 
-// What a kept line costs: its bytes and the string that holds them.
-std::size_t cost(std::string_view line) noexcept { return line.size() + sizeof(std::string); }
+// What a kept line costs: its bytes and what goes with each.
+std::size_t cost(std::string_view line) noexcept { return line.size() + 32; }
 
 }  // namespace
 
@@ -19,8 +19,13 @@ void ReplyStore::open(long id) {
 bool ReplyStore::add(long id, std::string_view line) {
     const os::LockGuard guard(m_lock);
     const auto found = m_receivers.find(id);
-    if (found == m_receivers.end() || m_bytes + cost(line) > m_mostBytes) return false;
-    found->second.lines.emplace_back(line);
+    if (found == m_receivers.end() || found->second.gave_up) return true;
+    if (m_bytes + cost(line) > m_mostBytes) {
+        forget_lines(found->second);
+        found->second.gave_up = true;
+        return false;
+    }
+    found->second.lines.push(line);
     m_bytes += cost(line);
     m_longest = std::max(m_longest, line.size());
     return true;
@@ -38,8 +43,15 @@ void ReplyStore::drop(long id) {
     const os::LockGuard guard(m_lock);
     const auto found = m_receivers.find(id);
     if (found == m_receivers.end()) return;
-    for (const std::string& line : found->second.lines) m_bytes -= cost(line);
+    forget_lines(found->second);
     m_receivers.erase(found);
+}
+
+void ReplyStore::forget_lines(Receiver& receiver) {
+    std::size_t bytes = 0;
+    receiver.lines.for_each([&](std::string_view line) { bytes += cost(line); });
+    receiver.lines = LineQueue();
+    m_bytes -= bytes;
 }
 
 bool ReplyStore::has(long id) {
@@ -57,8 +69,8 @@ bool ReplyStore::take(long id, std::string& line) {
     const os::LockGuard guard(m_lock);
     const auto found = m_receivers.find(id);
     if (found == m_receivers.end() || found->second.lines.empty()) return false;
-    line = std::move(found->second.lines.front());
-    found->second.lines.pop_front();
+    line = found->second.lines.front();
+    found->second.lines.pop();
     m_bytes -= cost(line);
     if (found->second.completed && found->second.lines.empty()) m_receivers.erase(found);
     return true;
@@ -69,11 +81,11 @@ std::string ReplyStore::joined(long id) {
     std::string all;
     const auto found = m_receivers.find(id);
     if (found == m_receivers.end()) return all;
-    for (const std::string& line : found->second.lines) {
+    found->second.lines.for_each([&](std::string_view line) {
         const std::size_t first = line.find('"');
         const std::size_t last = line.rfind('"');
         if (first != last) all.append(line, first + 1, last - first - 1);
-    }
+    });
     return all;
 }
 

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <map>
 #include <string>
 #include <string_view>
 
+#include "linequeue.h"
 #include "os/mutex.h"
 
 namespace serverdll {
@@ -17,7 +17,8 @@ public:
     explicit ReplyStore(std::size_t most_bytes) : m_mostBytes(most_bytes) {}
 
     void open(long id);
-    // False if the line isn't kept: there is no receiver, or the store is full.
+    // False if the store is full: the receiver gives up its lines, takes no further ones, and stays until the
+    // end of the transfer. A line that nobody takes is just dropped.
     bool add(long id, std::string_view line);
     // The end of the transfer was told; the receiver goes with its last line.
     void completed(long id);
@@ -33,9 +34,12 @@ public:
 
 private:
     struct Receiver {
-        std::deque<std::string> lines;
+        LineQueue lines;
         bool completed = false;
+        bool gave_up = false;
     };
+
+    void forget_lines(Receiver& receiver) OS_REQUIRES(m_lock);
 
     os::Mutex m_lock;
     const std::size_t m_mostBytes;

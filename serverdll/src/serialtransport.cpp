@@ -62,9 +62,13 @@ public:
         if (!error) set_up(error);
         if (error) return name + " can't be opened: " + error.message();
         m_gone = name + " is gone";
+        m_blockPart = static_cast<std::size_t>(std::clamp<std::int64_t>(address.baud / 7, 64, 65536));
         m_thread = std::thread([this] { m_context.run(); });
         return "";
     }
+
+    // One to three seconds, by how much of it must be escaped.
+    std::size_t block_part() const override { return m_blockPart; }
 
     // Ends what the line may have had of an earlier client's request, and asks for the hello.
     std::string_view opening() const override { return "\r\n0000\thello\r\n"; }
@@ -116,7 +120,7 @@ private:
         if (!error) m_port.set_option(serial_port::parity(serial_port::parity::none), error);
         if (!error) m_port.set_option(serial_port::stop_bits(serial_port::stop_bits::one), error);
         if (!error) m_port.set_option(serial_port::flow_control(serial_port::flow_control::none), error);
-        if (!error) os::serial_discard(static_cast<os::SerialHandle>(m_port.native_handle()));
+        if (!error) os::serial_discard(os::SerialHandle(m_port.native_handle()));
     }
 
     // On the line's thread.
@@ -178,7 +182,7 @@ private:
             m_isLeaving = true;
         }
         if (send("\r\n0000\tbye\r\n", farewell_patience) != nullptr)
-            os::serial_discard(static_cast<os::SerialHandle>(m_port.native_handle()));
+            os::serial_discard(os::SerialHandle(m_port.native_handle()));
     }
 
     static constexpr const char* takes_nothing = "the server takes no requests";
@@ -188,6 +192,7 @@ private:
     asio::serial_port m_port{m_context};
     std::thread m_thread;
     std::string m_gone;
+    std::size_t m_blockPart = 0;
 
     // Of the operations under way, hence of the line's thread until they are done.
     std::array<char, 4096> m_bytes{};

@@ -31,6 +31,9 @@ public:
     // Ends reading and writing, now and from now on.
     virtual void shutdown() noexcept = 0;
 
+    // How many bytes of a block go into one request: whoever else wants to say something waits that long.
+    virtual std::size_t block_part() const { return std::size_t{256} << 10; }
+
     // On a road that is always there: what a client says to get a hello. Whatever comes before the hello then
     // was meant for somebody else. Empty: a connection is new, and the server begins.
     virtual std::string_view opening() const { return {}; }

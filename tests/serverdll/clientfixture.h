@@ -17,6 +17,7 @@
 #include "clientoptions.h"
 #include "czendrixcom.h"
 #include "lineserver.h"
+#include "process_resources.h"
 #include "recording_facilities.h"
 
 namespace test {
@@ -127,21 +128,6 @@ inline std::string thrown(const std::function<void()>& call) {
         return error.m_text;
     }
     return "no exception";
-}
-
-// How many entries a directory has, as /proc/self/task one for each thread of this process.
-inline std::ptrdiff_t entries_of(const char* directory) {
-    return std::distance(std::filesystem::directory_iterator(directory), {});
-}
-
-// True once no more threads than these are left. The system takes a moment to forget one that was joined.
-inline bool threads_sink_to(std::ptrdiff_t count) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (entries_of("/proc/self/task") > count) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::yield();
-    }
-    return true;
 }
 
 class ClientFixture : public testing::Test {

@@ -83,8 +83,9 @@ public:
 
     std::optional<std::string> read_line() override {
         std::size_t end = 0;
-        while ((end = m_input.find("\r\n")) == std::string::npos) {
-            char bytes[4096];
+        for (std::size_t seen = 0; (end = m_input.find("\r\n", seen)) == std::string::npos;) {
+            seen = m_input.size() - (m_input.ends_with('\r') ? 1 : 0);
+            char bytes[65536];
             const std::size_t count =
                 m_pipe->take(m_pipe->to_server, bytes, sizeof bytes, in(std::chrono::seconds(10)));
             m_input.append(bytes, count);

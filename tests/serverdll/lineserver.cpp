@@ -70,7 +70,9 @@ void Server::finish() {
 }
 
 std::vector<Transport> all_transports() {
-    return {{"tcp", serve_tcp}, {"library", serve_library}, {"serial", serve_serial, false}};
+    std::vector<Transport> transports{{"tcp", serve_tcp}, {"library", serve_library}};
+    for (Transport& own : transports_of_the_system()) transports.push_back(std::move(own));
+    return transports;
 }
 
 }  // namespace test

@@ -97,8 +97,11 @@ struct Transport {
 std::unique_ptr<Server> serve_tcp(Script script);
 // In this process, behind a library that the client loads.
 std::unique_ptr<Server> serve_library(Script script);
-// At the other end of a serial line, a pseudo-terminal.
+// At the other end of a serial line, a pseudo-terminal. POSIX.
 std::unique_ptr<Server> serve_serial(Script script);
+
+// Those that not every system can test.
+std::vector<Transport> transports_of_the_system();
 
 std::vector<Transport> all_transports();
 

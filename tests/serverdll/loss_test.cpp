@@ -178,11 +178,13 @@ TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
         peer.close();
     });
     client->ThrowExceptions(true);
-    const std::string block(1000000, 'x');
+    const std::string line = "send \"b\" \"" + std::string(1000000, 'x') + "\"";
     std::vector<std::future<std::string>> calls;
     for (int i = 0; i < 20; ++i) {
-        calls.push_back(
-            std::async(std::launch::async, [&] { return test::thrown([&] { client->Send("b", block); }); }));
+        calls.push_back(std::async(std::launch::async, [&] {
+            std::vector<std::string> reply;
+            return test::thrown([&] { client->Execute(line.c_str(), reply, nullptr); });
+        }));
     }
     for (auto& call : calls) EXPECT_EQ(call.get(), "machine connection lost: the server takes no requests");
     done.set();
@@ -193,7 +195,7 @@ TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
 
 TEST_P(Loss, NoThreadIsLeftBehind) {
     std::thread([] {}).join();  // a sanitizer may start a thread of its own with the first
-    const std::ptrdiff_t before = test::entries_of("/proc/self/task");
+    const std::ptrdiff_t before = test_support::thread_count();
     for (const Way& way : ways()) {
         Signal connected;
         play([&](Peer& peer) {
@@ -208,7 +210,7 @@ TEST_P(Loss, NoThreadIsLeftBehind) {
         }
         record.clear();
         finish();
-        EXPECT_TRUE(test::threads_sink_to(before)) << way.name;
+        EXPECT_TRUE(test_support::threads_sink_to(before)) << way.name;
     }
     finish();
 }

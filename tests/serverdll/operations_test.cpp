@@ -418,7 +418,8 @@ TEST_F(ClientFixture, WrongArgumentsAreRefusedWithoutARequest) {
     const std::string huge(serverdll::client_options().line, 'x');
     EXPECT_EQ(test::thrown([&] { client->Execute(huge.c_str(), reply, nullptr); }),
               "the request is too long");
-    EXPECT_EQ(test::thrown([&] { client->Send("block", huge); }), "the request is too long");
+    EXPECT_EQ(test::thrown([&] { client->Send(huge, "block"); }), "the request is too long");
+    EXPECT_EQ(test::thrown([&] { client->Send(huge, huge); }), "the request is too long");
     EXPECT_TRUE(client->Master());
     finish();
 }

@@ -1,8 +1,8 @@
 // The server's end of a connection that asio reads and writes.
 #pragma once
 
+#include <array>
 #include <asio/io_context.hpp>
-#include <asio/read_until.hpp>
 #include <asio/write.hpp>
 #include <stdexcept>
 #include <utility>
@@ -27,12 +27,11 @@ public:
     }
 
     std::optional<std::string> read_line() override {
-        asio::error_code result;
-        asio::async_read_until(m_stream, asio::dynamic_buffer(m_input), "\r\n",
-                               [&](const asio::error_code& error, std::size_t) { result = error; });
-        run();
-        if (result) return std::nullopt;
-        const std::size_t end = m_input.find("\r\n");
+        std::size_t end = 0;
+        for (std::size_t seen = 0; (end = m_input.find("\r\n", seen)) == std::string::npos;) {
+            seen = m_input.size() - (m_input.ends_with('\r') ? 1 : 0);
+            if (!read_more()) return std::nullopt;
+        }
         std::string line = m_input.substr(0, end);
         m_input.erase(0, end + 2);
         return line;
@@ -46,6 +45,15 @@ public:
     }
 
 protected:
+    bool read_more() {
+        std::size_t got = 0;
+        m_stream.async_read_some(asio::buffer(m_more),
+                                 [&](const asio::error_code&, std::size_t count) { got = count; });
+        run();
+        m_input.append(m_more.data(), got);
+        return got > 0;
+    }
+
     // Until nothing is under way any more.
     void run() {
         m_context.restart();
@@ -61,6 +69,7 @@ protected:
 
 private:
     asio::io_context& m_context;
+    std::array<char, 65536> m_more{};
 };
 
 }  // namespace test

@@ -92,4 +92,6 @@ std::unique_ptr<Server> serve_serial(Script script) {
     return std::make_unique<SerialServer>(std::move(script));
 }
 
+std::vector<Transport> transports_of_the_system() { return {{"serialPosix", serve_serial, false}}; }
+
 }  // namespace test
