@@ -212,16 +212,16 @@ public:
     bool SpinEnable(std::vector<std::string>& axes);
     bool SpinDisable(std::vector<std::string>& axes);
     bool SetWobble(double p1, double p2, double p3, double p4, double p5, double p6);
-    // A named block of data, both of any bytes. A long one leaves in parts; the machine has it whole when this
-    // returns, or nothing of it under that name if it fails.
+    // A named block of data, both of any bytes. A long one leaves in parts; the machine has it whole when
+    // this returns, or nothing of it under that name if it fails.
     bool Send(std::string name, std::string data);
     // Starts the transfer of a named block. The reply lines are kept for TakeReplyLine; in mode ZX_SYNC
     // `data` gets them joined, in mode ZX_ASYNC it isn't touched.
     bool Receive(std::string name, std::string& data, long* tid);
 
     // The reply lines of a Receive, from its request until they are all taken and its complete callback has
-    // run. A line stands as it came: `"TEXT"`, or first `base64 "TEXT"`. At most 256 MiB are kept for a client;
-    // a block that is longer ends with an error, and none of its lines.
+    // run. A line stands as it came: `"TEXT"`, or first `base64 "TEXT"`. At most 256 MiB are kept for a
+    // client; a block that is longer ends with an error, and none of its lines.
     bool HasReceiver(long id);
     std::size_t ReplyLineCount(long id);
     bool TakeReplyLine(long id, std::string& line);  // the oldest; false if there is none
