@@ -4,7 +4,7 @@ packages_build=(g++ cmake ninja-build libasio-dev libcli11-dev nlohmann-json3-de
     libminizip-dev libedit-dev libgtest-dev librapidcheck-dev)  # the last two because ./run and ./test share one build
 packages_test=(clang binutils unzip p7zip-full python3 dpkg-dev file pkgconf)
 packages_windows=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev wine wine64 bzip2 xz-utils)
-packages_bench=(pkgconf libglib2.0-dev libssl-dev libinih-dev libsimpleini-dev)  # whom we are compared with
+packages_bench=(pkgconf libglib2.0-dev libssl-dev libinih-dev libsimpleini-dev zip)  # whom we are compared with
 
 # need_packages NAME...: installs those that are missing, through apt.
 need_packages() {
