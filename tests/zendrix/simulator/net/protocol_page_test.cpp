@@ -50,8 +50,8 @@ TEST(ProtocolPage, ItsDialogueIsWhatTheMachineSays) {
             ++heard;
         }
     }
-    EXPECT_EQ(said, 24);
-    EXPECT_EQ(heard, 68);
+    EXPECT_EQ(said, 31);
+    EXPECT_EQ(heard, 82);
 }
 
 }  // namespace
