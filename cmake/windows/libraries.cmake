@@ -8,7 +8,7 @@ execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/sources ${ZX_WINDOWS_SOURCES}
     COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
 
 set(ZX_WINDOWS_HEADERS ${CMAKE_BINARY_DIR}/headers)
-foreach(header asio asio.hpp CLI fmt nlohmann spdlog)
+foreach(header asio asio.hpp CLI eigen3 fmt nlohmann spdlog)
     if(NOT EXISTS /usr/include/${header})
         message(FATAL_ERROR "/usr/include/${header} is missing: ./test --windows installs what this build needs")
     endif()
@@ -34,7 +34,10 @@ zx_header_library(CLI11::CLI11)
 zx_header_library(fmt::fmt-header-only FMT_HEADER_ONLY=1)
 zx_header_library(nlohmann_json::nlohmann_json)
 zx_header_library(spdlog::spdlog_header_only SPDLOG_FMT_EXTERNAL FMT_HEADER_ONLY=1)
-zx_found(cli11 fmt nlohmann_json spdlog)
+# Nothing else stands in its folder.
+add_library(Eigen3::Eigen INTERFACE IMPORTED GLOBAL)
+target_include_directories(Eigen3::Eigen SYSTEM INTERFACE /usr/include/eigen3)
+zx_found(cli11 eigen3 fmt nlohmann_json spdlog)
 set(ZX_ASIO_INCLUDE ${ZX_WINDOWS_HEADERS} CACHE PATH "Where asio.hpp stands")
 
 # zlib is Debian's own DLL for Windows; minizip stands in zlib's sources.
@@ -61,6 +64,13 @@ if(ZX_BUILD_TESTS)
         ${ZX_WINDOWS_SOURCES}/rapidcheck/extras/gtest/include)
     zx_found(gtest rapidcheck)
 endif()
+
+# The linker looks through each library once, in order; ours need the facilities, whose import libraries are
+# named before them.
+foreach(rule LINK_EXECUTABLE CREATE_SHARED_LIBRARY CREATE_SHARED_MODULE)
+    string(REPLACE "<LINK_LIBRARIES>" "-Wl,--start-group <LINK_LIBRARIES> -Wl,--end-group"
+        CMAKE_CXX_${rule} "${CMAKE_CXX_${rule}}")
+endforeach()
 
 # An exception may cross from one module to another, so they share the compiler's run-time libraries, which lie
 # beside them.
