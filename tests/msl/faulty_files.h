@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "os/error.h"
 #include "os/file.h"
 
 // What becomes of one call.
@@ -85,10 +86,10 @@ public:
     bool flush(os::FileHandle file) override { return passes("flush", file) && m_real.flush(file); }
     bool close(os::FileHandle file) override {
         const bool passed = passes("close", file);
-        const int error = errno;
+        const int error = os::last_error();
         m_open.erase(file);
         const bool closed = m_real.close(file);
-        if (!passed) errno = error;
+        if (!passed) os::set_last_error(error);
         return passed && closed;
     }
     bool make_temporary(const char* directory, const char* prefix, std::string& path) override {
@@ -142,7 +143,7 @@ private:
         if (m_countdown != 0 && !(m_for_good && m_countdown < 0)) return true;
         m_short = m_fault == Fault::moves_half || m_fault == Fault::moves_none;
         if (!m_short && m_action) m_action();
-        errno = m_error;
+        os::set_last_error(m_error);
         return m_fault != Fault::fails;
     }
 

@@ -1,8 +1,10 @@
+#include <cerrno>
 #include <filesystem>
 #include <map>
 #include <regex>
 
 #include "operations.h"
+#include "os/error.h"
 
 namespace faults {
 namespace {
@@ -29,6 +31,13 @@ std::string shown(const std::string& content) {
         }
     }
     return text + '"';
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+    for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
 }
 
 }  // namespace
@@ -62,15 +71,13 @@ std::string Place::plain(std::string text) const {
     // A full path comes back with the other separator.
     std::string with_backslashes = path();
     for (char& c : with_backslashes) c = c == '/' ? '\\' : c;
-    for (const std::string& name : {path(), with_backslashes}) {
-        for (std::size_t at = text.find(name); at != text.npos; at = text.find(name)) {
-            text.replace(at, name.size(), "D");
-        }
-    }
+    for (const std::string& name : {path(), with_backslashes}) text = replaced(text, name, "D");
     // Where a report cuts the path, it depends on the directory what is left of the name.
     text = std::regex_replace(text, std::regex("(MIniData::(Save|MIniData)\\(\\): [A-Za-z_]*)\\(\"[^\"]*"),
                               "$1(\"D/...");
-    return std::regex_replace(text, std::regex("ffw[0-9a-f]*\\.tmp"), "TMP");
+    text = replaced(text, os::error_text(EIO), "Input/output error");
+    text = std::regex_replace(text, std::regex("ffw[0-9A-Fa-f]*\\.tmp"), "TMP");
+    return replaced(text, "D\\TMP", "D/TMP");
 }
 
 }  // namespace faults

@@ -9,8 +9,8 @@
 
 #include "MIniData.h"
 #include "faulty_files.h"
-#include "test_process.h"
 #include "temporary_directory.h"
+#include "test_process.h"
 #include "versions.h"
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include "fastfile.h"
 #include "faulty_files.h"
+#include "opening_error.h"
 #include "reports.h"
 #include "temporary_directory.h"
 
@@ -254,7 +255,8 @@ TEST_F(FastFileReaderTest, OpenOfAMissingFileReportsAtEachLevel) {
 TEST_F(FastFileReaderTest, ADirectoryIsNoFile) {
     MFastFileReader reader;
     EXPECT_FALSE(reader.Open(m_directory.path().c_str()));
-    EXPECT_EQ("openfile(): CreateFile(\"" + m_directory.path() + "\") failed: " + std::to_string(EISDIR),
+    EXPECT_EQ("openfile(): CreateFile(\"" + m_directory.path() +
+                  "\") failed: " + opening_error(m_directory.path(), os::OpenMode::Read),
               trace_reports().front());
 }
 

@@ -3,6 +3,7 @@
 
 #include "fastfile.h"
 #include "faulty_files.h"
+#include "opening_error.h"
 #include "reports.h"
 #include "temporary_directory.h"
 
@@ -32,7 +33,8 @@ TEST_F(FastFileWriterTest, ModesDifferInWhatBecomesOfTheOldFile) {
     EXPECT_EQ("3", content());
     MFastFileWriter writer;
     EXPECT_FALSE(writer.Open(path().c_str(), MFASTFILE_CREATE_NEW));
-    EXPECT_EQ((Texts{"openwritefile(): CreateFile(\"" + path() + "\") failed: 17",
+    EXPECT_EQ((Texts{"openwritefile(): CreateFile(\"" + path() +
+                         "\") failed: " + opening_error(path(), os::OpenMode::CreateNew),
                      "MFastFileWriter::Open(): openwritefile(" + path() + ", 0) failed"}),
               trace_reports());
     EXPECT_TRUE(writer.Open(m_directory.path("new").c_str(), MFASTFILE_CREATE_NEW));

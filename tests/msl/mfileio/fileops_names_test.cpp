@@ -45,8 +45,6 @@ TEST(FileNamesTest, AbsolutePathsBeginWithASeparatorOrADrive) {
         EXPECT_FALSE(file_is_absolute(path)) << path;
 }
 
-TEST(FileNamesTest, ThereAreNoDrivesHere) { EXPECT_EQ(nullptr, file_drive("c:\\a")); }
-
 std::string first_of(const char* path) {
     char target[100];
     char in_place[100];

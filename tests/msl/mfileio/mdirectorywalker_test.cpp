@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "hidden_files.h"
+#include "os/path.h"
 #include "reports.h"
 #include "temporary_directory.h"
 
@@ -26,7 +28,7 @@ TEST_F(DirectoryWalkerTest, WalksSortedByName) {
     std::filesystem::create_directory(m_directory.path("sub"));
     m_directory.file("b", "");
     m_directory.file("a.txt", "");
-    m_directory.file(".hidden", "");
+    ASSERT_TRUE(hide(m_directory.file(".hidden", "")));
     MDirectoryWalker walker;
     EXPECT_TRUE(walker.SetPath(m_directory.path().c_str()));
     const Texts expected{"d.", "d..", " .hidden", "-a.txt", "-b", "dsub"};
@@ -48,7 +50,7 @@ TEST_F(DirectoryWalkerTest, GoesOnFromWhereItIs) {
     EXPECT_FALSE(walker.SetPath("none"));
     EXPECT_FALSE(walker.SetPath("x"));
     EXPECT_TRUE(walker.SetPath("..\\sub\\."));
-    EXPECT_EQ(m_directory.path("sub"), walker.GetPath());
+    EXPECT_EQ(os::native_path(m_directory.path("sub")), os::native_path(walker.GetPath()));
     EXPECT_EQ(before, std::filesystem::current_path());
 }
 

@@ -1,7 +1,6 @@
 // The system's threads, but what a test asks for fails, and the handles are counted.
 #pragma once
 
-#include <cerrno>
 #include <condition_variable>
 #include <functional>
 #include <map>
@@ -10,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "os/error.h"
 #include "os/threads.h"
 
 class FaultyThreads final : public os::ThreadSystem {
@@ -71,13 +71,13 @@ public:
     // The handle is closed, also when the call fails.
     bool close(os::ThreadHandle handle) override {
         const bool passed = passes("close", handle);
-        const int error = errno;
+        const int error = os::last_error();
         {
             const std::lock_guard guard(m_mutex);
             m_open.erase(handle);
         }
         m_real.close(handle);
-        errno = error;
+        os::set_last_error(error);
         return passed;
     }
 
@@ -101,7 +101,7 @@ private:
         m_called.notify_all();
         const auto failure = m_failures.find(operation);
         if (failure == m_failures.end() || --failure->second.first != 0) return true;
-        errno = failure->second.second;
+        os::set_last_error(failure->second.second);
         return false;
     }
 
