@@ -1,5 +1,4 @@
 // Calls through the shared classes into a plug-in that the system has loaded.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -8,6 +7,7 @@
 #include "mmachabstract.h"
 #include "mmachnotifier.h"
 #include "moutputchannel.h"
+#include "os/library.h"
 
 namespace {
 
@@ -22,11 +22,9 @@ public:
 class BoundaryCalls : public testing::Test {
 protected:
     void SetUp() override {
-        m_library = dlopen(PLUGIN, RTLD_NOW | RTLD_LOCAL);
-        ASSERT_NE(m_library, nullptr) << dlerror();
-        using New =
-            MMachAbstract* (*)(const std::string*, const std::string*, MOutputChannel*, MMachNotifier*);
-        const auto new_driver = reinterpret_cast<New>(dlsym(m_library, "NewMMachAbstract"));
+        ASSERT_TRUE(m_library.load(PLUGIN)) << m_library.error_text();
+        using New = MMachAbstract*(const std::string*, const std::string*, MOutputChannel*, MMachNotifier*);
+        New* const new_driver = m_library.function<New>("NewMMachAbstract");
         ASSERT_NE(new_driver, nullptr);
         const std::string name = "boundary";
         m_driver.reset(new_driver(&name, &name, &m_drivers_channel, &m_notifier));
@@ -35,7 +33,6 @@ protected:
     void TearDown() override {
         m_driver.reset();
         EXPECT_TRUE(m_drivers_channel.get_text().empty());
-        if (m_library) dlclose(m_library);
     }
 
     static std::string text_of(MOutputChannel& channel) {
@@ -44,7 +41,7 @@ protected:
         return text;
     }
 
-    void* m_library = nullptr;
+    os::SharedLibrary m_library;
     MOutputChannel m_drivers_channel{7};
     CountingNotifier m_notifier;
     std::unique_ptr<MMachAbstract> m_driver;

@@ -1,9 +1,14 @@
 // The plug-in as the measuring application has it: loaded by the system, driven through three names.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
 #include "host_side.h"
 #include "moutputchannel.h"
 #include "os/library.h"
+#include "process_resources.h"
 #include "simulated_machine.h"
 
 namespace {
@@ -45,32 +50,56 @@ TEST(PluginEndToEnd, IsNoProxyBeforeAndAfterADriverExists) {
     EXPECT_TRUE(output.is_empty());
 }
 
-TEST(PluginEndToEnd, WorksAndIsGoneWithoutATraceManyTimesOver) {
-    SimulatedMachine machine;
+// Loads the plug-in, opens, works, closes and unloads.
+void take_a_turn(SimulatedMachine& machine) {
     const std::string directory = machine.directory();
-    const auto threads = thread_count();
-    for (int turn = 0; turn < 20; ++turn) {
-        Plugin plugin;
-        MOutputChannel output(0);
-        WakingNotifier notifier;
+    Plugin plugin;
+    MOutputChannel output(0);
+    WakingNotifier notifier;
+    {
+        const std::unique_ptr<MMachAbstract> driver(
+            plugin.create(&machine.name, &directory, &output, &notifier));
+        ASSERT_TRUE(driver->Open());
+        MOutputChannel channel(1);
         {
-            const std::unique_ptr<MMachAbstract> driver(
-                plugin.create(&machine.name, &directory, &output, &notifier));
-            ASSERT_TRUE(driver->Open());
-            MOutputChannel channel(1);
-            {
-                const std::unique_ptr<MMachInitCommand> init(driver->NewMMachInitCommand(&channel, {}));
-                EXPECT_TRUE(run_host(
-                    notifier, [&] { return init->IsDone(); }, [&] { driver->PollAsyncErrors(); }));
-            }
-            EXPECT_TRUE(driver->IsInitialized());
-            channel.clear();
-            driver->Close();
-            driver->PollAsyncErrors();
+            const std::unique_ptr<MMachInitCommand> init(driver->NewMMachInitCommand(&channel, {}));
+            EXPECT_TRUE(run_host(
+                notifier, [&] { return init->IsDone(); }, [&] { driver->PollAsyncErrors(); }));
         }
-        output.clear();
+        EXPECT_TRUE(driver->IsInitialized());
+        channel.clear();
+        driver->Close();
+        driver->PollAsyncErrors();
     }
-    EXPECT_EQ(thread_count(), threads);
+    output.clear();
+}
+
+// The server forgets a client a moment after that has gone.
+bool handles_sink_to(std::ptrdiff_t count) {
+    const auto end = std::chrono::steady_clock::now() + host_patience;
+    while (test_support::handle_count() > count) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::yield();
+    }
+    return true;
+}
+
+TEST(PluginEndToEnd, AThousandTurnsLeaveNoThreadAndNoHandle) {
+    SimulatedMachine machine;
+    constexpr int turns = 1000;
+    constexpr int turns_to_warm_up = 5;  // what the system itself keeps from the first times
+    std::ptrdiff_t threads = 0;
+    std::ptrdiff_t handles = 0;
+    for (int turn = 0; turn < turns; ++turn) {
+        ASSERT_NO_FATAL_FAILURE(take_a_turn(machine)) << "turn " << turn;
+        if (turn != turns_to_warm_up) continue;
+        threads = test_support::thread_count();
+        handles = test_support::handle_count();
+    }
+    EXPECT_TRUE(test_support::threads_sink_to(threads))
+        << test_support::thread_count() << ", not " << threads;
+    EXPECT_TRUE(handles_sink_to(handles)) << test_support::handle_count() << ", not " << handles;
+    EXPECT_FALSE(test_support::has_loaded(std::filesystem::path(PLUGIN_FILE).filename().string()));
 }
 
 TEST(PluginEndToEnd, AFailedOpenLeavesADriverThatCanTryAgain) {

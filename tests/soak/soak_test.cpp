@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 
 #include "day.h"
 #include "day_clock.h"
 #include "machine/descriptionreader.h"
+#include "process_resources.h"
 #include "recording_facilities.h"
 #include "supportedcommands.h"
 
@@ -24,20 +24,6 @@ constexpr long most_growth = 4096;     // KiB from then on
 std::uint64_t setting(const char* name, std::uint64_t otherwise) {
     const char* const value = std::getenv(name);
     return value ? std::strtoull(value, nullptr, 10) : otherwise;
-}
-
-// Memory of this process that isn't on disk, KiB; 0 where a sanitizer keeps freed memory.
-long memory() {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return 0;
-#else
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (std::getline(status, line)) {
-        if (line.starts_with("RssAnon:")) return std::stol(line.substr(8));
-    }
-    return 0;
-#endif
 }
 
 std::string joined(const std::vector<std::string>& lines) {
@@ -64,26 +50,26 @@ TEST(Soak, ADayAtTheRichMachineLeavesTheDriverWithATruePicture) {
     SimulatedMachine machine(zendrix::sim::read_machine(RICH_MACHINE), std::make_unique<DayClock>(),
                              "cached_axes=x, z\n");
     Day day(machine, seed);
-    const auto threads = thread_count();
+    const auto threads = test_support::thread_count();
     long warm = 0;
     int checks = 0;
     for (; day.hours() < day_hours || day.commands() < commands; ++checks) {
         day.tidy_up();
         for (int i = 0; i < at_a_time; ++i) day.do_something();
         ASSERT_EQ(joined(day.differences()), "") << "after " << day.commands() << " commands";
-        ASSERT_EQ(thread_count(), threads);
+        ASSERT_EQ(test_support::thread_count(), threads);
         recording::reset();
         day.pause();
         if (checks % checks_a_shift == checks_a_shift - 1) day.reopen();
-        if (warm == 0 && day.hours() > warm_up_hours) warm = memory();
+        if (warm == 0 && day.hours() > warm_up_hours) warm = test_support::memory_in_use();
     }
-    EXPECT_LE(memory(), warm + most_growth);
+    EXPECT_LE(test_support::memory_in_use(), warm + most_growth);
     expect_all_commands(day.tally());
     EXPECT_GT(day.points(), 0U);
     EXPECT_GT(day.watched(), 0U);
     std::cout << day.commands() << " commands, " << day.deeds_of_operator() << " deeds of the operator, "
               << day.points() << " points, " << checks << " checks, " << day.hours() << " hours; memory "
-              << warm << " KiB, then " << memory() << " KiB\n";
+              << warm << " KiB, then " << test_support::memory_in_use() << " KiB\n";
 }
 
 }  // namespace

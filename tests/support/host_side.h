@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <filesystem>
 #include <mutex>
 #include <string>
 
@@ -59,9 +58,4 @@ bool run_host(WakingNotifier& notifier, IsOver&& is_over, Step&& step) {
         if (std::chrono::steady_clock::now() > deadline) return false;
         notifier.wait(std::chrono::milliseconds(50));
     }
-}
-
-// How many threads this process has.
-inline std::ptrdiff_t thread_count() {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }

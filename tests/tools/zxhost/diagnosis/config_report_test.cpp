@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 
+#include "environment_variable.h"
 #include "recording_facilities.h"
 #include "temporary_directory.h"
 
@@ -216,12 +216,12 @@ TEST_F(ConfigReportTest, ValuesThatMeanSomethingElseAreTold) {
 }
 
 TEST_F(ConfigReportTest, VariablesOfALibrarysPathAreReplaced) {
-    setenv("CONFIG_REPORT_TEST", "/opt/my machines", 1);
+    set_variable("CONFIG_REPORT_TEST", "/opt/my machines");
     ConfigReport report = read("[connection]\nhost= %CONFIG_REPORT_TEST%/the sim.dll ; ours\n");
     EXPECT_EQ(report.host(), "/opt/my machines/the sim.dll");
     EXPECT_EQ(report.values[0].lost, "; ours");
     EXPECT_EQ(found(report), Texts());
-    unsetenv("CONFIG_REPORT_TEST");
+    remove_variable("CONFIG_REPORT_TEST");
     report = read("[connection]\nhost= %CONFIG_REPORT_TEST%/the sim.dll ; ours\n");
     EXPECT_EQ(report.host(), "%CONFIG_REPORT_TEST%/the sim.dll");
     EXPECT_EQ(found(report),

@@ -1,86 +1,8 @@
 // The ladder against servers that break each of its rungs.
-#include "ladder.h"
-
-#include <gtest/gtest.h>
-
-#include "lineserver.h"
-#include "memory_registry.h"
-#include "recording_facilities.h"
+#include "ladder_fixture.h"
 
 namespace zxhost {
 namespace {
-
-using test::Peer;
-using test::Request;
-using Names = std::vector<std::string>;
-
-const Names rung_names{"configuration", "keys",     "address",      "connection", "hello",
-                       "revision",      "commands", "machine lock", "adapter",    "round trip"};
-
-class LadderTest : public testing::Test {
-protected:
-    LadderTest() {
-        recording::reset();
-        registry.add_fast();
-        options.hello = std::chrono::milliseconds(300);
-        options.connect = std::chrono::milliseconds(300);
-        options.answer = std::chrono::milliseconds(300);
-    }
-
-    // Plays the script, and climbs to it.
-    bool climb(test::Script script) {
-        const auto server = test::serve_tcp(std::move(script));
-        const std::string whole = server->connection_string();
-        target.host = whole.substr(0, whole.find(' '));
-        target.port = whole.substr(whole.find(' ') + 1);
-        const bool holds = climb();
-        server->finish();
-        return holds;
-    }
-    bool climb() {
-        rungs.clear();
-        Ladder ladder(target, registry, options);
-        const bool holds = ladder.climb([this](const Rung& rung) { rungs.push_back(rung); });
-        trips = ladder.round_trips();
-        return holds;
-    }
-
-    void expect_broken(const std::string& name, const std::string& text, const std::string& advice) {
-        ASSERT_FALSE(rungs.empty());
-        EXPECT_EQ(rungs.back().name, name) << rungs.back().result.text;
-        EXPECT_EQ(rungs.back().result.state, RungState::broken);
-        EXPECT_NE(rungs.back().result.text.find(text), std::string::npos) << rungs.back().result.text;
-        EXPECT_NE(rungs.back().result.advice.find(advice), std::string::npos) << rungs.back().result.advice;
-        for (std::size_t i = 0; i < rungs.size(); ++i) EXPECT_EQ(rungs[i].name, rung_names[i]);
-    }
-    const RungResult& rung(const std::string& name) {
-        for (const Rung& found : rungs)
-            if (found.name == name) return found.result;
-        ADD_FAILURE() << name << " wasn't reached";
-        return rungs.front().result;
-    }
-
-    Target target{"127.0.0.1", "7073", nullptr};
-    MemoryRegistry registry;
-    serverdll::ClientOptions options;
-    std::vector<Rung> rungs;
-    std::vector<Microseconds> trips;
-};
-
-const std::map<std::string, std::vector<std::string>> table{
-    {"commands", {"data \"get\"", "data \"move\"", "data \"dance\"", "ready"}},
-    {"machine get now", {"ready"}},
-    {"machine release", {"ready"}},
-};
-
-// A server with these answers in place of those of the table.
-test::Script server(std::map<std::string, std::vector<std::string>> answers = {}) {
-    answers.insert(table.begin(), table.end());
-    return [answers](Peer& peer) {
-        peer.hello();
-        peer.serve(answers);
-    };
-}
 
 TEST_F(LadderTest, AHealthyMachineHoldsEveryRung) {
     EXPECT_TRUE(climb(server()));
@@ -100,17 +22,7 @@ TEST_F(LadderTest, AHealthyMachineHoldsEveryRung) {
     EXPECT_EQ(registry.open_keys(), 0U);
 }
 
-TEST_F(LadderTest, ALibraryAndASerialLineHoldEveryRungToo) {
-    for (const auto serve : {test::serve_library, test::serve_serial}) {
-        const auto server_there = serve(server());
-        target.host = server_there->connection_string();
-        EXPECT_TRUE(climb()) << target.host << ": " << rungs.back().result.text;
-        EXPECT_EQ(rungs.size(), rung_names.size());
-        EXPECT_EQ(rung("adapter").text, "no adapter in between");
-        EXPECT_TRUE(registry.calls.empty());
-        server_there->finish();
-    }
-}
+TEST_F(LadderTest, ALibraryHoldsEveryRungToo) { climb_without_adapter(test::serve_library(server())); }
 
 TEST_F(LadderTest, NothingIsAskedThatMovesTheMachine) {
     EXPECT_TRUE(climb([](Peer& peer) {
