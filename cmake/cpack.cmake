@@ -25,15 +25,15 @@ else()
     set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
     set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
     set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Machine driver plug-in, host tool and simulated machine
- The plug-in m2zendrix for measuring applications, zxhost, which drives a
- measuring machine from the command line, and zendrix-sim, a machine server
- that simulates a machine.")
+The plug-in m2zendrix for measuring applications, zxhost, which drives a
+measuring machine from the command line, and zendrix-sim, a machine server
+that simulates a machine.")
 
     set(CPACK_DEBIAN_SDK_PACKAGE_NAME m2zendrix-dev)
     set(CPACK_DEBIAN_SDK_PACKAGE_SECTION libdevel)
     set(CPACK_DEBIAN_SDK_PACKAGE_DEPENDS "m2zendrix-tools (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
     set(CPACK_COMPONENT_SDK_DESCRIPTION "Headers and library for hosts of the machine driver m2zendrix
- What a measuring application compiles and links to use the plug-in m2zendrix:
- headers, a static library, files for CMake and pkg-config, and an example.")
+What a measuring application compiles and links to use the plug-in m2zendrix:
+headers, a static library, files for CMake and pkg-config, and an example.")
 endif()
 include(CPack)

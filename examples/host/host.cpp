@@ -22,15 +22,17 @@ private:
     std::counting_semaphore<> m_rings{0};
 };
 
-// Polls a command to its end and shows what the machine said. True if it did as it was told.
-bool run(MMachCommand* started, MOutputChannel& channel, Bell& bell) {
+// Polls a command to its end, or that of the connection. True if it did as it was told.
+bool run(MMachAbstract& machine, MMachCommand* started, MOutputChannel& channel, Bell& bell) {
     const std::unique_ptr<MMachCommand> command(started);
     if (!command) return false;  // there is no machine
-    while (!command->IsDone()) bell.wait();
-    const bool good = !channel.has_error();
+    while (!command->IsDone() && !channel.is_fatal()) {
+        bell.wait();
+        machine.PollAsyncErrors();
+    }
+    const bool good = !channel.has_error() && !channel.is_fatal();
     std::string text;
     if (channel.take_text(text, true)) std::cout << text;
-    channel.clear();
     return good;
 }
 
@@ -59,9 +61,9 @@ int main(int argc, char** argv) {
     }
 
     MMachAxisTargets targets;
-    targets.m_targets[argv[3]] = std::atof(argv[4]);
-    const bool good = run(machine->NewMMachInitCommand(&channel, {}), channel, bell) &&
-                      run(machine->NewMMachMoveCommand(&channel, targets), channel, bell);
+    targets.m_targets[argv[3]].value = std::atof(argv[4]);
+    const bool good = run(*machine, machine->NewMMachInitCommand(&channel, {}), channel, bell) &&
+                      run(*machine, machine->NewMMachMoveCommand(&channel, targets), channel, bell);
     for (auto* axis = machine->GetFirstAxisInfo(); axis; axis = machine->GetNextAxisInfo())
         std::cout << axis->name << ' ' << machine->GetAxisValue(axis->name.c_str()) << '\n';
     machine->Close();
