@@ -4,6 +4,8 @@
 #include <minizip/unzip.h>
 
 #include <array>
+#include <fstream>
+#include <string_view>
 #include <vector>
 
 #include "exit_status.h"
@@ -15,6 +17,22 @@ namespace {
 
 [[noreturn]] void damaged(const std::string& what) {
     throw HostError(ExitStatus::MachineError, "the archive is damaged: " + what, "make it again");
+}
+
+// The record that ends every archive. minizip is content with a part of it, and takes an archive for none
+// that holds nothing else.
+constexpr std::streamoff end_size = 22;
+constexpr std::string_view end_mark("PK\5\6", 4);
+
+// Whether the archive has entries at all.
+bool check_end(const std::string& path) {
+    std::ifstream in(os::native_path(path), std::ios::binary | std::ios::ate);
+    const std::streamoff size = in.tellg();
+    std::array<char, end_size> end{};
+    if (size < end_size || !in.seekg(size - end_size).read(end.data(), end_size) ||
+        !std::string_view(end.data(), end_size).starts_with(end_mark) || end[20] != 0 || end[21] != 0)
+        damaged("its end is missing");
+    return size > end_size;
 }
 
 class ZipReader {
@@ -71,8 +89,9 @@ private:
 }  // namespace
 
 ZipFacts check_zip(const std::string& path) {
-    ZipReader reader(path);
     ZipFacts facts;
+    if (!check_end(path)) return facts;
+    ZipReader reader(path);
     const std::uint64_t count = reader.count();
     for (; facts.entries < count; ++facts.entries) {
         reader.step(facts.entries == 0);

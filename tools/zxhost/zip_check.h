@@ -11,8 +11,8 @@ struct ZipFacts {
     std::uint64_t bytes = 0;  // of all entries, unpacked
 };
 
-// Reads every entry to its end and holds it against its length and checksum. Throws HostError (error of the
-// machine) for what is no whole archive.
+// Reads every entry to its end and holds it against its length and checksum. The archive has no comment.
+// Throws HostError (error of the machine) for what is no whole archive.
 ZipFacts check_zip(const std::string& path);
 
 }  // namespace zxhost
