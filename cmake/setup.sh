@@ -1,7 +1,7 @@
 # Sourced by ./run, ./test and ./bench: what they share. Installs what a bare Debian 12 lacks, then builds.
 
-packages_build=(g++ cmake ninja-build libasio-dev libcli11-dev nlohmann-json3-dev libfmt-dev libspdlog-dev zlib1g-dev
-    libminizip-dev libedit-dev libgtest-dev librapidcheck-dev)  # the last two because ./run and ./test share one build
+packages_build=(g++ cmake ninja-build libasio-dev libcli11-dev libeigen3-dev nlohmann-json3-dev libfmt-dev libspdlog-dev
+    zlib1g-dev libminizip-dev libedit-dev libgtest-dev librapidcheck-dev)  # the last two because ./run and ./test share one build
 packages_test=(clang binutils unzip p7zip-full python3 dpkg-dev file pkgconf)
 packages_windows=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev wine wine64 bzip2 xz-utils)
 packages_bench=(pkgconf libglib2.0-dev libssl-dev libinih-dev libsimpleini-dev zip)  # whom we are compared with

@@ -91,6 +91,11 @@ double squares(const Round<N>& round, const std::vector<Place<N>>& points) {
     return sum;
 }
 
+template <int N>
+Round<N> moved(const Round<N>& round, const Unknowns<N>& step) {
+    return {round.centre + step.template head<N>(), round.radius + step[N]};
+}
+
 // Goes the step, or as much of it as makes the sum smaller; false where nothing does, or it no longer counts.
 template <int N>
 bool improve(Round<N>& round, const std::vector<Place<N>>& points) {
@@ -98,12 +103,25 @@ bool improve(Round<N>& round, const std::vector<Place<N>>& points) {
     const double before = squares(round, points);
     for (double part = 1.0; part > 1e-9; part /= 2.0) {
         const Unknowns<N> step = part * whole_step;
-        const Round<N> there{round.centre + step.template head<N>(), round.radius + step[N]};
+        const Round<N> there = moved(round, step);
         if (!(squares(there, points) < before)) continue;
         round = there;
         return step.norm() > 1e-14 * round.radius;
     }
     return false;
+}
+
+// The last digits, where the sum no longer tells which of two is better: small steps, as long as they get
+// smaller.
+template <int N>
+void refine(Round<N>& round, const std::vector<Place<N>>& points) {
+    double last = 1e-6 * round.radius;
+    for (;;) {
+        const Unknowns<N> step = solve(step_equations(round, points));
+        if (!(step.norm() < last / 2.0)) return;
+        last = step.norm();
+        round = moved(round, step);
+    }
 }
 
 // What the radius' own variance is for scatter of variance 1: the last element of the inverse.
@@ -144,6 +162,7 @@ RoundFit<N> fit_round(const std::vector<Point<N>>& points) {
     constexpr int most_steps = 200;
     for (int step = 0; step < most_steps && improve(round, near); ++step) {
     }
+    refine(round, near);
     const double uncertain = radius_deviation(round, near);
     if (!(uncertain < round.radius)) throw NoFit(too_flat);
     const double unit = axes.spread[0];
