@@ -11,25 +11,25 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using ZipperBadInputPosixTest = ZipperBadInputTest;
+using ZipperBadInputTestPosix = ZipperBadInputTest;
 
 // Links
 
-TEST_F(ZipperBadInputPosixTest, ALinkToItselfIsNoDirectory) {
+TEST_F(ZipperBadInputTestPosix, ALinkToItselfIsNoDirectory) {
     const std::string link = tree.path("link");
     fs::create_symlink(link, link);
     EXPECT_EQ("", CreateZipArchive(link));
     EXPECT_EQ((Texts{prefix + "SetPath() failed [" + link + "/]", files_failed}), own_reports());
 }
 
-TEST_F(ZipperBadInputPosixTest, LinksInACircleLeadNowhere) {
+TEST_F(ZipperBadInputTestPosix, LinksInACircleLeadNowhere) {
     fs::create_symlink("b", tree.path("a"));
     fs::create_symlink("a", tree.path("b"));
     expect_refused({prefix + " file_size() failed [" + tree.path("a") + "]",
                     prefix + " file_size() failed [" + tree.path("b") + "]", files_failed});
 }
 
-TEST_F(ZipperBadInputPosixTest, ALinkToNowhereFailsAndTheOthersArePacked) {
+TEST_F(ZipperBadInputTestPosix, ALinkToNowhereFailsAndTheOthersArePacked) {
     tree.file("z", "x");
     fs::create_symlink("nowhere", tree.path("a"));
     recording::set_trace_level(4);
@@ -39,7 +39,7 @@ TEST_F(ZipperBadInputPosixTest, ALinkToNowhereFailsAndTheOthersArePacked) {
     EXPECT_LT(left_archive().size(), 22U + 46U) << "no archive, but its beginning";
 }
 
-TEST_F(ZipperBadInputPosixTest, ALinkIsNotWrittenThrough) {
+TEST_F(ZipperBadInputTestPosix, ALinkIsNotWrittenThrough) {
     tree.file("a", "x");
     temporary.file("precious", "mine");
     fs::create_symlink(temporary.path("precious"), archive_path());
@@ -62,7 +62,7 @@ private:
     const bool m_root;
 };
 
-class ZipperRightsPosixTest : public ZipperBadInputTest {
+class ZipperRightsTestPosix : public ZipperBadInputTest {
 protected:
     void SetUp() override {
         ZipperBadInputTest::SetUp();
@@ -87,27 +87,27 @@ private:
     Texts m_closed;
 };
 
-TEST_F(ZipperRightsPosixTest, AnUnreadableDirectoryIsReported) {
+TEST_F(ZipperRightsTestPosix, AnUnreadableDirectoryIsReported) {
     tree.file("a", "x");
     close(tree.path());
     expect_refused_to_others({prefix + "SetPath() failed [" + tree.path() + "/]", files_failed});
 }
 
-TEST_F(ZipperRightsPosixTest, AnUnreadableFolderEndsTheWork) {
+TEST_F(ZipperRightsTestPosix, AnUnreadableFolderEndsTheWork) {
     fs::create_directory(tree.path("sub"));
     tree.file("a", "x");
     close(tree.path("sub"));
     expect_refused_to_others({prefix + "SetPath() failed [" + tree.path("sub\\") + "]", files_failed});
 }
 
-TEST_F(ZipperRightsPosixTest, AnUnreadableFileIsReported) {
+TEST_F(ZipperRightsTestPosix, AnUnreadableFileIsReported) {
     const std::string file = tree.file("a", "x");
     close(file);
     expect_refused_to_others({prefix + "MFastfile_ReadAtOnce(" + file + ", ...) failed", files_failed});
 }
 
 // The names in it can be read, and nothing of what they stand for.
-TEST_F(ZipperRightsPosixTest, AFolderThatMayNotBeEnteredIsReported) {
+TEST_F(ZipperRightsTestPosix, AFolderThatMayNotBeEnteredIsReported) {
     fs::create_directory(tree.path("sub"));
     tree.file("sub/a", "x");
     close(tree.path("sub"), fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
@@ -115,7 +115,7 @@ TEST_F(ZipperRightsPosixTest, AFolderThatMayNotBeEnteredIsReported) {
 }
 
 // As in a directory that all may write to.
-TEST_F(ZipperRightsPosixTest, AFileOfAnotherOwnerIsNotWrittenTo) {
+TEST_F(ZipperRightsTestPosix, AFileOfAnotherOwnerIsNotWrittenTo) {
     tree.file("a", "x");
     fs::permissions(temporary.file("backup_tmp.zip", "mine"), fs::perms::all);
     const bool is_root = geteuid() == 0;
@@ -148,13 +148,13 @@ private:
     rlimit m_before{};
 };
 
-TEST_F(ZipperBadInputPosixTest, WithoutRoomForAFileItIsReported) {
+TEST_F(ZipperBadInputTestPosix, WithoutRoomForAFileItIsReported) {
     const std::string file = tree.file("a", noise(1'000'000));
     const FileSizeLimit limit(100'000);
     expect_refused({prefix + "zipWriteInFileInZip() failed [" + file + "]", files_failed});
 }
 
-TEST_F(ZipperBadInputPosixTest, HowLittleRoomEverThereIsNoHalfArchive) {
+TEST_F(ZipperBadInputTestPosix, HowLittleRoomEverThereIsNoHalfArchive) {
     for (int i = 0; i < 3; ++i) tree.file(std::to_string(i), noise(400));
     const std::size_t whole = CreateZipArchive(tree.path()).size();
     ASSERT_GT(whole, 1200U);
@@ -173,7 +173,7 @@ TEST_F(ZipperBadInputPosixTest, HowLittleRoomEverThereIsNoHalfArchive) {
 }
 
 // What is left of a file is written when the next begins.
-TEST_F(ZipperBadInputPosixTest, ARestThatFindsNoRoomFailsTheArchive) {
+TEST_F(ZipperBadInputTestPosix, ARestThatFindsNoRoomFailsTheArchive) {
     tree.file("a", noise(30'000));
     tree.file("b", noise(30'000));
     tree.file("c", noise(30'000));
@@ -183,7 +183,7 @@ TEST_F(ZipperBadInputPosixTest, ARestThatFindsNoRoomFailsTheArchive) {
               own_reports().front());
 }
 
-TEST_F(ZipperBadInputPosixTest, RoomThatComesBackDoesNotMendAnArchive) {
+TEST_F(ZipperBadInputTestPosix, RoomThatComesBackDoesNotMendAnArchive) {
     tree.file("a", noise(30'000));
     MZipper zipper;
     ASSERT_TRUE(zipper.Open(archive_path()));
@@ -209,7 +209,7 @@ std::ptrdiff_t open_files() {
     return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
 }
 
-TEST_F(ZipperBadInputPosixTest, AFailureLeavesNoFileOpen) {
+TEST_F(ZipperBadInputTestPosix, AFailureLeavesNoFileOpen) {
     fs::create_symlink("nowhere", tree.path("a"));
     const std::ptrdiff_t before = open_files();
     EXPECT_EQ("", CreateZipArchive(tree.path()));

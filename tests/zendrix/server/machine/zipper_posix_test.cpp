@@ -7,9 +7,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using ZipperPosixTest = ZipperTest;
+using ZipperTestPosix = ZipperTest;
 
-TEST_F(ZipperPosixTest, TheTemporaryDirectoryIsThatOfTheEnvironment) {
+TEST_F(ZipperTestPosix, TheTemporaryDirectoryIsThatOfTheEnvironment) {
     EXPECT_EQ(temporary.path() + "/backup_tmp.zip", temp_zip_path());
     use_temporary_directory(temporary.path() + "/");
     EXPECT_EQ(temporary.path() + "/backup_tmp.zip", temp_zip_path());
@@ -17,7 +17,7 @@ TEST_F(ZipperPosixTest, TheTemporaryDirectoryIsThatOfTheEnvironment) {
     EXPECT_EQ("/tmp/backup_tmp.zip", temp_zip_path());
 }
 
-TEST_F(ZipperPosixTest, LinksToDirectoriesAreNotFollowed) {
+TEST_F(ZipperTestPosix, LinksToDirectoriesAreNotFollowed) {
     tree.file("a", "x");
     fs::create_directory_symlink(tree.path(), tree.path("itself"));
     fs::create_directory(tree.path("sub"));
@@ -27,7 +27,7 @@ TEST_F(ZipperPosixTest, LinksToDirectoriesAreNotFollowed) {
 }
 
 // Nobody waits for what comes out of a pipe.
-TEST_F(ZipperPosixTest, WhatIsNoFileHasNoSize) {
+TEST_F(ZipperTestPosix, WhatIsNoFileHasNoSize) {
     tree.file("a", "x");
     ASSERT_EQ(0, mkfifo(tree.path("pipe").c_str(), 0600));
     EXPECT_EQ((Texts{in_archive("a")}), names(CreateZipArchive(tree.path())));

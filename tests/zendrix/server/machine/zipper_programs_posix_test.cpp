@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class ZipperProgramsPosixTest : public ZipperTest {
+class ZipperProgramsTestPosix : public ZipperTest {
 protected:
     // Packs the tree, and has the other programs read the archive; the names in it.
     Texts pack_and_test() {
@@ -29,7 +29,7 @@ private:
     }
 };
 
-TEST_F(ZipperProgramsPosixTest, OthersOpenATreeOfTenThousandFiles) {
+TEST_F(ZipperProgramsTestPosix, OthersOpenATreeOfTenThousandFiles) {
     Texts expected;
     for (int i = 0; i < 100; ++i) {
         const std::string folder = std::to_string(1000 + i);
@@ -43,7 +43,7 @@ TEST_F(ZipperProgramsPosixTest, OthersOpenATreeOfTenThousandFiles) {
     EXPECT_EQ(expected, pack_and_test());
 }
 
-TEST_F(ZipperProgramsPosixTest, NamesMayHoldEveryByteOfTheFileSystem) {
+TEST_F(ZipperProgramsTestPosix, NamesMayHoldEveryByteOfTheFileSystem) {
     Texts expected;
     for (int byte = 1; byte < 256; ++byte) {
         if (byte == '/') continue;
@@ -56,7 +56,7 @@ TEST_F(ZipperProgramsPosixTest, NamesMayHoldEveryByteOfTheFileSystem) {
     EXPECT_EQ(expected, found);
 }
 
-TEST_F(ZipperProgramsPosixTest, AnEmptyTreeIsAnArchiveForMost) {
+TEST_F(ZipperProgramsTestPosix, AnEmptyTreeIsAnArchiveForMost) {
     // unzip warns of an archive without entries.
     const std::string path = temporary.file("archive.zip", CreateZipArchive(tree.path()));
     EXPECT_EQ(0, test_support::run_process("/usr/bin/env", {"7z", "t", path}).exit_status);
@@ -65,7 +65,7 @@ TEST_F(ZipperProgramsPosixTest, AnEmptyTreeIsAnArchiveForMost) {
 }
 
 // What looks like a path, or like many names, is the name of one file.
-TEST_F(ZipperProgramsPosixTest, NamesThatAPathWouldTakeOtherwiseAreNames) {
+TEST_F(ZipperProgramsTestPosix, NamesThatAPathWouldTakeOtherwiseAreNames) {
     fs::create_directories(tree.path("a"));
     fs::create_directories(tree.path("we\\ird/*.*"));
     tree.file("a/b", "of the folder");
