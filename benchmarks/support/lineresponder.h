@@ -1,11 +1,14 @@
 // A bare server of lines in a process of its own: the other end for measuring a client alone.
 //
 // It says hello and answers each line "ID<tab>get..." with a value, "ID<tab>scan <n>" or "scancircle..." with
-// that many points made beforehand, anything else with `ready`. It does nothing that costs time.
+// that many points made beforehand, "receive..." with a block made beforehand, in base64, anything else with
+// `ready`. It does nothing that costs time.
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace bench {
 
@@ -17,8 +20,9 @@ void stay_on(Cores cores);
 
 class LineResponder {
 public:
-    // Begins the process; `points` is what a scan sends. Throws std::runtime_error.
-    LineResponder(Cores cores, std::size_t points);
+    // Begins the process; `points` is what a scan sends, the block has so many pieces. Throws
+    // std::runtime_error.
+    LineResponder(Cores cores, std::size_t points, std::size_t block_pieces = 0);
     ~LineResponder();
     LineResponder(const LineResponder&) = delete;
     LineResponder& operator=(const LineResponder&) = delete;
@@ -41,10 +45,16 @@ public:
 
     // Sends the line and reads until "ready"; gives the number of bytes.
     std::size_t ask(const std::string& line);
+    // The same, and hands over each piece of the answer as it is read.
+    std::size_t ask(const std::string& line, const std::function<void(std::string_view)>& take);
 
 private:
     int m_socket;
 };
+
+// A block's bytes: so many of them in each line that a receive is answered with, random, the same every time.
+inline constexpr std::size_t block_piece_size = 12288;
+std::string block_piece(std::size_t index);
 
 // Lines of points as a scan sends them, `id` in front of each.
 std::string point_lines(const std::string& id, std::size_t count);

@@ -10,6 +10,8 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <random>
 #include <stdexcept>
 #include <string_view>
 
@@ -45,10 +47,16 @@ void renumber(std::string& lines, std::string_view id) {
         lines.replace(at, id.size(), id);
 }
 
+// What was made beforehand.
+struct Answers {
+    std::string points;
+    std::string block;
+};
+
 // One connection and its requests.
 class Session {
 public:
-    Session(int socket, std::string points) : m_socket(socket), m_points(std::move(points)) {
+    Session(int socket, Answers answers) : m_socket(socket), m_answers(std::move(answers)) {
         without_delay(socket);
         send_all(socket, "0000\thello \"bare\" 2.2 simulated\r\n");
     }
@@ -81,6 +89,8 @@ private:
                      id + "\tdata \"scan\"\r\n" + id + "\tdata \"scancircle\"\r\n" + id + "\tready\r\n");
         } else if (words.starts_with("scancircle")) {
             scan(id);
+        } else if (words.starts_with("receive")) {
+            receive(id);
         } else {
             send_all(m_socket, id + "\tready\r\n");
         }
@@ -89,26 +99,54 @@ private:
     // The client gives the machine back before the points come, as it does with a machine that moves.
     void scan(const std::string& id) {
         if (id.size() != 4) std::_Exit(1);
-        renumber(m_points, id);
+        renumber(m_answers.points, id);
         send_all(m_socket, id + "\taccepted\r\n");
         answer(next());
-        send_all(m_socket, m_points);
+        send_all(m_socket, m_answers.points);
+        send_all(m_socket, id + "\tready\r\n");
+    }
+
+    void receive(const std::string& id) {
+        if (id.size() != 4) std::_Exit(1);
+        renumber(m_answers.block, id);
+        send_all(m_socket, id + "\taccepted\r\n");
+        send_all(m_socket, m_answers.block);
         send_all(m_socket, id + "\tready\r\n");
     }
 
     int m_socket;
-    std::string m_points;
+    Answers m_answers;
     std::string m_input;
 };
 
-[[noreturn]] void accept_all(int listener, const std::string& points) {
+[[noreturn]] void accept_all(int listener, const Answers& answers) {
     std::signal(SIGCHLD, SIG_IGN);
     for (;;) {
         const int socket = ::accept(listener, nullptr, nullptr);
         if (socket < 0) std::_Exit(1);
-        if (::fork() == 0) Session(socket, points).run();
+        if (::fork() == 0) Session(socket, answers).run();
         ::close(socket);
     }
+}
+
+std::string base64(const std::string& bytes) {
+    constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    for (std::size_t i = 0; i + 2 < bytes.size(); i += 3) {
+        unsigned group = 0;
+        for (std::size_t k = 0; k < 3; ++k) group = group << 8 | static_cast<unsigned char>(bytes[i + k]);
+        for (int shift = 18; shift >= 0; shift -= 6) text.push_back(digits[group >> shift & 63]);
+    }
+    return text;
+}
+
+std::string block_lines(const std::string& id, std::size_t pieces) {
+    std::string text;
+    for (std::size_t i = 0; i < pieces; ++i) {
+        text.append(id).append(i == 0 ? "\tdata base64 \"" : "\tdata \"");
+        text.append(base64(block_piece(i))).append("\"\r\n");
+    }
+    return text;
 }
 
 sockaddr_in loopback(int port) {
@@ -132,7 +170,7 @@ void stay_on(Cores cores) {
     ::sched_setaffinity(0, sizeof set, &set);
 }
 
-LineResponder::LineResponder(Cores cores, std::size_t points) {
+LineResponder::LineResponder(Cores cores, std::size_t points, std::size_t block_pieces) {
     const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address = loopback(0);
     socklen_t size = sizeof address;
@@ -144,7 +182,7 @@ LineResponder::LineResponder(Cores cores, std::size_t points) {
     m_process = ::fork();
     if (m_process == 0) {
         stay_on(cores);
-        accept_all(listener, point_lines("0000", points));
+        accept_all(listener, {point_lines("0000", points), block_lines("0000", block_pieces)});
     }
     ::close(listener);
 }
@@ -168,6 +206,10 @@ BareClient::BareClient(const std::string& port) : m_socket(::socket(AF_INET, SOC
 BareClient::~BareClient() { ::close(m_socket); }
 
 std::size_t BareClient::ask(const std::string& line) {
+    return ask(line, [](std::string_view) {});
+}
+
+std::size_t BareClient::ask(const std::string& line, const std::function<void(std::string_view)>& take) {
     std::array<char, 65536> buffer;
     if (::send(m_socket, line.data(), line.size(), MSG_NOSIGNAL) < 0)
         throw std::runtime_error("the responder is gone");
@@ -175,10 +217,21 @@ std::size_t BareClient::ask(const std::string& line) {
     for (;;) {
         const ssize_t count = ::recv(m_socket, buffer.data(), buffer.size(), 0);
         if (count <= 0) throw std::runtime_error("the responder is gone");
-        total += static_cast<std::size_t>(count);
-        if (std::string_view(buffer.data(), static_cast<std::size_t>(count)).ends_with("ready\r\n"))
-            return total;
+        const std::string_view piece(buffer.data(), static_cast<std::size_t>(count));
+        total += piece.size();
+        take(piece);
+        if (piece.ends_with("ready\r\n")) return total;
     }
+}
+
+std::string block_piece(std::size_t index) {
+    std::mt19937_64 random(index);
+    std::string bytes(block_piece_size, '\0');
+    for (std::size_t at = 0; at < bytes.size(); at += sizeof(std::uint64_t)) {
+        const std::uint64_t number = random();
+        std::memcpy(bytes.data() + at, &number, sizeof number);
+    }
+    return bytes;
 }
 
 std::string point_lines(const std::string& id, std::size_t count) {
