@@ -151,9 +151,10 @@ void Session::written() {
     m_left = 0;
     write();
     if (!was_congested || is_congested()) return;
-    if (m_conversation) m_conversation->go_on();
+    // What the client asks comes in before the next of its block goes out, or it would wait for the whole.
     take_lines();
     read();
+    if (m_conversation) m_conversation->go_on();
     m_callbacks.moved();
 }
 
