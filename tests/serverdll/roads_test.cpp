@@ -108,8 +108,7 @@ TEST_F(LibraryRoad, ALibraryThatOpensNoConnectionSaysWhy) {
 }
 
 TEST_F(LibraryRoad, ANameWithoutADirectoryIsLookedForBesideTheClient) {
-    ASSERT_TRUE(std::filesystem::equivalent(os::program_directory(),
-                                            std::filesystem::path(FAKE_LIBRARY).parent_path()));
+    ASSERT_TRUE(std::filesystem::exists(os::program_directory() + "fake_server.dll"));
     EXPECT_EQ(cause("fake_server.dll"),
               "the library \"fake_server.dll\" opens no connection: no machine in \"\"");
 }

@@ -162,8 +162,8 @@ TEST_F(Scanning, ABlockedCallbackMakesTheServerWaitAndLosesNothing) {
         std::string rest;
         // The connection takes no more when both ends' buffers are full and nobody reads.
         for (int refusals = 0; refusals < 20;) {
-            if (rest.empty())
-                rest = request.id + "\tpoint " + std::to_string(++sent) + " 1.5 2.5 3.5 4.5\r\n";
+            for (int n = rest.empty() ? 1000 : 0; n > 0; --n)
+                rest += request.id + "\tpoint " + std::to_string(++sent) + " 1.5 2.5 3.5 4.5\r\n";
             const std::size_t count = peer.send_some(rest);
             refusals = count == 0 ? refusals + 1 : 0;
             if (count == 0) std::this_thread::sleep_for(milliseconds(10));

@@ -27,6 +27,21 @@ public:
     }
 };
 
+// Wine hides from a reader why a connection ended.
+bool readers_see_a_reset() {
+    asio::io_context context;
+    tcp::acceptor acceptor(context, {asio::ip::address_v4::loopback(), 0});
+    tcp::socket ours(context);
+    ours.connect(acceptor.local_endpoint());
+    tcp::socket theirs = acceptor.accept();
+    theirs.set_option(asio::socket_base::linger(true, 0));
+    theirs.close();
+    asio::error_code error;
+    char byte = 0;
+    ours.read_some(asio::buffer(&byte, 1), error);
+    return error == asio::error::connection_reset;
+}
+
 class TcpServer : public Server {
 public:
     explicit TcpServer(Script script)
@@ -37,6 +52,11 @@ public:
 
     std::string connection_string() const override {
         return "127.0.0.1 " + std::to_string(m_acceptor.local_endpoint().port());
+    }
+
+    std::string cause_of_reset() const override {
+        static const bool is_seen = readers_see_a_reset();
+        return is_seen ? Server::cause_of_reset() : cause_of_close();
     }
 
 private:

@@ -32,9 +32,6 @@ bool wait_for(int socket, short events, std::chrono::milliseconds at_most) noexc
 
 }  // namespace
 
-SocketLibrary::SocketLibrary() noexcept : m_isLoaded(true) {}
-SocketLibrary::~SocketLibrary() = default;
-
 void socket_prepare(SocketHandle socket) {
     timeval bound{};
     bound.tv_usec = std::chrono::microseconds(slice).count();

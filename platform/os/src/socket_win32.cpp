@@ -52,15 +52,6 @@ milliseconds until(Clock::time_point end) { return std::chrono::ceil<millisecond
 
 }  // namespace
 
-SocketLibrary::SocketLibrary() noexcept {
-    WSADATA data;
-    m_isLoaded = ::WSAStartup(MAKEWORD(2, 2), &data) == 0;
-}
-
-SocketLibrary::~SocketLibrary() {
-    if (m_isLoaded) ::WSACleanup();
-}
-
 // Nothing blocks but the waits above.
 void socket_prepare(SocketHandle socket) {
     u_long yes = 1;

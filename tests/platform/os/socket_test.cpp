@@ -28,7 +28,6 @@ protected:
         return found;
     }
 
-    os::SocketLibrary m_library;
     char m_bytes[4096] = "";
 };
 

@@ -23,19 +23,6 @@ struct SocketResult {
     std::size_t count;
 };
 
-// The system's sockets work while one of these lives, at least. Not to be made by a global constructor: a
-// library that is just being loaded must not start them.
-class SocketLibrary {
-public:
-    SocketLibrary() noexcept;
-    ~SocketLibrary();
-    SocketLibrary(const SocketLibrary&) = delete;
-    SocketLibrary& operator=(const SocketLibrary&) = delete;
-
-private:
-    bool m_isLoaded = false;
-};
-
 // Once for each socket, in blocking mode, before anything else here.
 void socket_prepare(SocketHandle socket);
 
