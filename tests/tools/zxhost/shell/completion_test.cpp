@@ -64,6 +64,14 @@ TEST_F(CompletionTest, AWordInQuotesIsReplacedFromItsQuote) {
 
 TEST_F(CompletionTest, FilesWhereAFileIsNamedAndNothingInComments) {
     EXPECT_TRUE(at("run par").file_names);
+    EXPECT_FALSE(at("send par").file_names);
+    EXPECT_EQ(words("send "), Words{});
+    EXPECT_TRUE(at("send --lines a par").file_names);
+    EXPECT_TRUE(at("receive --format json a").file_names == false);
+    EXPECT_TRUE(at("magazine set ").file_names);
+    EXPECT_FALSE(at("magazine set m.ini ").file_names);
+    EXPECT_EQ(words("magazine set m.ini "), Words{});
+    EXPECT_EQ(words("magazine show m.ini --system F"), Words{"\"Fixed head\""});
     EXPECT_EQ(words("get x # y"), Words{});
 }
 

@@ -146,4 +146,42 @@ TEST_F(MagazineSaveTest, AnEntryThatCannotBeMadeIsReportedAndUndone) {
     EXPECT_EQ((Slots{{1, 4}}), m_magazine.GetSlots("p", 1));
 }
 
+TEST_F(MagazineSaveTest, TellsWhetherTheIndexIsThatOfTheFile) {
+    MMachMagazineDB magazine(&m_machine, m_path);
+    EXPECT_FALSE(magazine.IsFileRead());
+    EXPECT_TRUE(magazine.Open());
+    EXPECT_TRUE(magazine.IsFileRead());
+    write("[p_1_slot2]\nno entry\n");
+    EXPECT_FALSE(magazine.Open());
+    EXPECT_FALSE(magazine.IsFileRead());
+    EXPECT_FALSE(magazine.Send("[p_9_slot1]\n"));
+    EXPECT_FALSE(magazine.IsFileRead());
+    EXPECT_TRUE(magazine.Send(m_content));
+    EXPECT_TRUE(magazine.IsFileRead());
+    EXPECT_FALSE(magazine.SetSlot(9, 1));
+    EXPECT_TRUE(magazine.IsFileRead());
+    write(slot("p_7_slot2"));
+    EXPECT_FALSE(magazine.Open());
+    EXPECT_FALSE(magazine.IsFileRead());
+    std::filesystem::remove(m_path);
+    EXPECT_TRUE(magazine.Open());
+    EXPECT_TRUE(magazine.IsFileRead());
+    EXPECT_EQ("MMachMagazineDB::Open(): analyse_inifile() failed", last_report());
+}
+
+TEST_F(MagazineSaveTest, AFailedChangeThatIsReadBackLeavesTheIndexThatOfTheFile) {
+    for (const Change& change : changes) {
+        FaultyFiles files;
+        files.fail("rename", 1, EIO);
+        EXPECT_FALSE(change.run(m_magazine));
+        EXPECT_TRUE(m_magazine.IsFileRead()) << change.operation;
+        files.fail("rename", 1, EIO);
+        files.on_fault([this] { write("[p_1_slot2]\ndamage\n"); });
+        EXPECT_FALSE(change.run(m_magazine));
+        EXPECT_FALSE(m_magazine.IsFileRead()) << change.operation;
+        EXPECT_EQ("MMachMagazineDB::resync_inifile(): analyse_inifile() failed", last_report());
+        open(m_content);
+    }
+}
+
 }  // namespace
