@@ -6,6 +6,8 @@
 #include <future>
 #include <latch>
 
+#include "os/library.h"
+
 namespace {
 
 unsigned wait_for_latch(void* latch) {
@@ -82,6 +84,55 @@ TEST_F(ThreadsTest, AThreadGoesOnWithoutAHandle) {
     EXPECT_TRUE(os::threads().close(other));
     runs.wait(before);
     EXPECT_EQ(before + 1, runs);
+}
+
+// A library with a thread that its host doesn't wait for.
+class LeftThread {
+public:
+    LeftThread() {
+        EXPECT_TRUE(m_library.load(THREAD_LIBRARY)) << m_library.error_text();
+        auto* const start_thread = m_library.function<Start>("test_library_start");
+        EXPECT_TRUE(start_thread && start_thread(stay, go, this));
+        m_come.wait();
+    }
+
+    void unload() { EXPECT_TRUE(m_library.unload()) << m_library.error_text(); }
+    bool is_gone() const { return m_gone.try_wait(); }
+    void wait_until_gone() {
+        m_leave.count_down();
+        m_gone.wait();
+    }
+
+private:
+    using Start = bool(void (*)(void*), void (*)(void*), void*);
+
+    static void stay(void* object) {
+        auto* const left = static_cast<LeftThread*>(object);
+        left->m_come.count_down();
+        left->m_leave.wait();
+    }
+    static void go(void* object) { static_cast<LeftThread*>(object)->m_gone.count_down(); }
+
+    os::SharedLibrary m_library;
+    std::latch m_come{1};
+    std::latch m_leave{1};
+    std::latch m_gone{1};
+};
+
+TEST(ThreadsInALibraryTest, TheLibraryStaysUntilItsThreadHasEnded) {
+    LeftThread left;
+    left.unload();
+    EXPECT_FALSE(left.is_gone());
+    left.wait_until_gone();
+}
+
+// Nothing of the system's is used up: there are 1024 of the keys that let a library go.
+TEST(ThreadsInALibraryTest, ComesAndGoesAnyNumberOfTimes) {
+    for (int round = 0; round < 1100; ++round) {
+        LeftThread left;
+        left.unload();
+        left.wait_until_gone();
+    }
 }
 
 }  // namespace
