@@ -156,10 +156,11 @@ TEST_F(ScanFiles, OtherFilesAreAnsweredClearly) {
     expect_says({"scan", "fit", path("none.csv")}, 2, "--shape");
     expect_says({"scan", "x=1", "--ply", path("a.ply")}, 2, "--csv");
     expect_says({"scan", "circle", "--centre", "0", "0", "--radius", "1", "--fit", "circle"}, 2, "--csv");
-    std::ofstream(path("huge.csv")) << "# scan file: 1\n# machine: " << std::string(3'000'000, '1') << "\n";
+    std::ofstream(path("huge.csv"), std::ios::binary)
+        << "# scan file: 1\n# machine: " << std::string(3'000'000, '1') << "\n";
     expect_says({"scan", "verify", path("huge.csv")}, 1,
                 "damaged at line 2, byte 15: the line is longer than");
-    std::ofstream(path("esc.csv")) << "# scan file: 1\n\x1b[2J\x07\n# machine\n";
+    std::ofstream(path("esc.csv"), std::ios::binary) << "# scan file: 1\n\x1b[2J\x07\n# machine\n";
     expect_says({"scan", "verify", path("esc.csv")}, 1, "damaged at line 3, byte 21: ");
 }
 

@@ -11,7 +11,7 @@ namespace zxhost_test {
 namespace {
 
 std::string text_of(const std::filesystem::path& file) {
-    std::ifstream in(file);
+    std::ifstream in(file, std::ios::binary);
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
@@ -80,7 +80,7 @@ TEST(ZxhostSession, AnotherPartIsNotTakenForTheKnownOne) {
     const Host host;
     std::string other = text_of(machine.machine_file());
     other.replace(other.find("radius=25.0045"), 14, "radius=25.0145");
-    std::ofstream(host.directory / "other.ini") << other;
+    host.directory.file("other.ini", other);
     const ProcessResult result = host.run(
         machine,
         {"session", "--truth", (host.directory / "other.ini").string(), "--out", host.directory.path()});

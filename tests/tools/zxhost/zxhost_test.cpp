@@ -182,8 +182,7 @@ TEST_F(ZxhostTest, AMachineThatIsNotInitializedSaysHowToBecomeIt) {
 }
 
 TEST_F(ZxhostTest, AConfigurationDirectoryServesTooAndNothingPrivateStays) {
-    std::ofstream(host.directory / "lab.ini")
-        << "[connection]\nhost=127.0.0.1\nport=" << machine.port() << "\n";
+    host.directory.file("lab.ini", "[connection]\nhost=127.0.0.1\nport=" + machine.port() + "\n");
     const ProcessResult result = host.run({"--config", host.directory.path(), "--name", "lab", "get", "x"});
     EXPECT_EQ(result.exit_status, 0) << result.err;
     EXPECT_EQ(run({"get", "x"}).exit_status, 0);
