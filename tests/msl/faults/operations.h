@@ -28,6 +28,7 @@ public:
     std::string plain(std::string text) const;
 
 private:
+    const std::string m_closed_file_error;  // asked for before calls are counted
     TemporaryDirectory m_directory;
 };
 

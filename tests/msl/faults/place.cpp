@@ -1,10 +1,12 @@
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <regex>
 
 #include "operations.h"
 #include "os/error.h"
+#include "os/file.h"
 
 namespace faults {
 namespace {
@@ -33,6 +35,14 @@ std::string shown(const std::string& content) {
     return text + '"';
 }
 
+// The system's number for a file that is not open.
+std::string closed_file_error() {
+    char byte = 0;
+    std::uint32_t done = 0;
+    os::files().read(os::no_file, &byte, 1, done);
+    return std::to_string(os::last_error());
+}
+
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
     for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size())) {
         text.replace(at, from.size(), to);
@@ -42,7 +52,7 @@ std::string replaced(std::string text, const std::string& from, const std::strin
 
 }  // namespace
 
-Place::Place() {
+Place::Place() : m_closed_file_error(closed_file_error()) {
     std::filesystem::create_directory(path("sub"));
     for (const auto& [name, content] : prepared()) m_directory.file(name, content);
 }
@@ -76,6 +86,7 @@ std::string Place::plain(std::string text) const {
     text = std::regex_replace(text, std::regex("(MIniData::(Save|MIniData)\\(\\): [A-Za-z_]*)\\(\"[^\"]*"),
                               "$1(\"D/...");
     text = replaced(text, os::error_text(EIO), "Input/output error");
+    text = replaced(text, "ReadFile() failed: " + m_closed_file_error, "ReadFile() failed: 9");
     text = std::regex_replace(text, std::regex("ffw[0-9A-Fa-f]*\\.tmp"), "TMP");
     return replaced(text, "D\\TMP", "D/TMP");
 }

@@ -1,8 +1,10 @@
 #include "stl_utilities.h"
 
+#include <cerrno>
 #include <cmath>
 #include <cwchar>
 #include <limits>
+#include <system_error>
 
 #include "reports.h"
 
@@ -54,7 +56,7 @@ TEST_F(StlUtilitiesTest, TheFormattedTextEndsAtItsFirstNul) {
 TEST_F(StlUtilitiesTest, AFormatThatCannotBeCarriedOutIsReportedToTheLog) {
     // Not to be had in the "C" locale.
     constexpr std::wint_t sigma = 0x3A3;
-    const std::string reason = "Invalid or incomplete multibyte or wide character";
+    const std::string reason = std::generic_category().message(EILSEQ);
     EXPECT_EQ("", stl_string_format("%lc", sigma));
     EXPECT_EQ(Texts{"stl_string_format(): stl_string_format() failed: " + reason}, log_reports());
     EXPECT_EQ("", format_through_va("%lc", sigma));
