@@ -15,6 +15,7 @@ constexpr double radius = 30.0;
 const double slope = std::tan(5.0 * std::acos(-1.0) / 180.0);
 
 constexpr double full_turn = 360.0;
+constexpr int longest_block = 30000;
 constexpr const char* watched_axes[] = {"x", "y", "z"};
 
 double radius_at(double height) { return radius + slope * (height - center_z); }
@@ -68,6 +69,7 @@ const std::vector<Day::Activity> Day::activities = {
     {4, &Day::spin},
     {2, &Day::wobble},
     {2, &Day::watch},
+    {3, &Day::exchange_blocks},
     {6, &Day::ask_for_nonsense},
     {8, &Day::talk_meanwhile},
     {4, &Day::press_keys},
@@ -311,6 +313,23 @@ void Day::watch() {
     ++m_watched;
     m_driver.StopAutoinfo();
     EXPECT_FALSE(m_driver.IsAutoinfoActive());
+}
+
+void Day::exchange_blocks() {
+    const std::string name = "block " + std::to_string(among(3));
+    std::string sent(static_cast<std::size_t>(among(longest_block)), '\0');
+    for (char& byte : sent) byte = static_cast<char>(among(256));
+    if (run([&](MOutputChannel* c) { return m_driver.NewMMachSendCommand(c, name, sent); }))
+        m_blocks[name] = sent;
+    const auto known = m_blocks.find(name);
+    if (known == m_blocks.end()) return;
+    MOutputChannel channel(m_next_id++);
+    const std::unique_ptr<MMachReceiveCommand> receive(m_driver.NewMMachReceiveCommand(&channel, name));
+    EXPECT_TRUE(run_host(
+        m_host.notifier(), [&] { return receive->IsDone(); }, [&] { m_host.poll(); }));
+    if (note(receive->GetCommandName(), channel.get_text())) {
+        EXPECT_TRUE(receive->m_data == known->second) << name;
+    }
 }
 
 void Day::ask_for_nonsense() {

@@ -76,6 +76,7 @@ private:
     void spin();
     void wobble();
     void watch();
+    void exchange_blocks();
     void ask_for_nonsense();
     void talk_meanwhile();
     void press_keys();
@@ -94,6 +95,7 @@ private:
     CZendrixCOM m_operator;
     std::mt19937_64 m_random;
     std::map<std::string, Tally> m_tally;
+    std::map<std::string, std::string> m_blocks;  // what was sent, by name
     int m_next_id = 1;
     int m_deeds = 0;
     std::size_t m_points = 0;

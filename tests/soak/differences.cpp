@@ -130,7 +130,6 @@ void compare_probesystems(Comparison& compare, M2ZendrixMachAbstract& driver, co
 void compare_commands(Comparison& compare, M2ZendrixMachAbstract& driver, const Truth& truth) {
     for (const SupportedCommand& command : supported_commands) {
         const std::string word = command.word;
-        if (word == "send" || word == "receive") continue;  // not every machine keeps blocks
         const bool is_there = word != "probe change" || truth.has_changer;
         compare.equal(word + " is enabled", driver.IsCommandEnabled(command.class_name),
                       is_there && !truth.withdrawn.contains(word));
