@@ -75,7 +75,8 @@ private:
     unz_file_info64 entry_info() {
         unz_file_info64 info{};
         std::vector<char> name(1 << 16);  // a name has no more
-        if (unzGetCurrentFileInfo64(m_zip, &info, name.data(), name.size(), nullptr, 0, nullptr, 0) != UNZ_OK)
+        if (unzGetCurrentFileInfo64(m_zip, &info, name.data(), static_cast<uLong>(name.size()), nullptr, 0,
+                                    nullptr, 0) != UNZ_OK)
             damaged("an entry has no description");
         m_name = printable(std::string(name.data(), info.size_filename));
         return info;
