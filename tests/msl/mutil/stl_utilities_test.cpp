@@ -1,10 +1,7 @@
 #include "stl_utilities.h"
 
-#include <cerrno>
 #include <cmath>
-#include <cwchar>
 #include <limits>
-#include <system_error>
 
 #include "reports.h"
 
@@ -51,17 +48,6 @@ TEST_F(StlUtilitiesTest, FormatsShortAndLongTexts) {
 TEST_F(StlUtilitiesTest, TheFormattedTextEndsAtItsFirstNul) {
     EXPECT_EQ("ab", stl_string_format("ab%ccd", 0));
     EXPECT_EQ("ab", stl_string_format("ab%c%2000s", 0, ""));
-}
-
-TEST_F(StlUtilitiesTest, AFormatThatCannotBeCarriedOutIsReportedToTheLog) {
-    // Not to be had in the "C" locale.
-    constexpr std::wint_t sigma = 0x3A3;
-    const std::string reason = std::generic_category().message(EILSEQ);
-    EXPECT_EQ("", stl_string_format("%lc", sigma));
-    EXPECT_EQ(Texts{"stl_string_format(): stl_string_format() failed: " + reason}, log_reports());
-    EXPECT_EQ("", format_through_va("%lc", sigma));
-    EXPECT_EQ(Texts{"stl_string_format_va(): stl_string_format_va() failed: " + reason}, log_reports());
-    EXPECT_EQ("msl/mutil/src/stl_utilities", recording::error_log_places().front().source);
 }
 
 TEST_F(StlUtilitiesTest, PrintfMayReadItsOwnTarget) {

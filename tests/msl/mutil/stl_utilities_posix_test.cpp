@@ -1,0 +1,33 @@
+#include <cerrno>
+#include <cwchar>
+#include <system_error>
+
+#include "reports.h"
+#include "stl_utilities.h"
+
+namespace {
+
+using StlUtilitiesTestPosix = ReportsTest;
+
+OS_PRINTF_FORMAT(1, 2)
+std::string format_through_va(const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    std::string text = stl_string_format_va(format, args);
+    va_end(args);
+    return text;
+}
+
+// Other systems' formats leave out what they can't tell.
+TEST_F(StlUtilitiesTestPosix, AFormatThatCannotBeCarriedOutIsReportedToTheLog) {
+    // Not to be had in the "C" locale.
+    constexpr std::wint_t sigma = 0x3A3;
+    const std::string reason = std::generic_category().message(EILSEQ);
+    EXPECT_EQ("", stl_string_format("%lc", sigma));
+    EXPECT_EQ(Texts{"stl_string_format(): stl_string_format() failed: " + reason}, log_reports());
+    EXPECT_EQ("", format_through_va("%lc", sigma));
+    EXPECT_EQ(Texts{"stl_string_format_va(): stl_string_format_va() failed: " + reason}, log_reports());
+    EXPECT_EQ("msl/mutil/src/stl_utilities", recording::error_log_places().front().source);
+}
+
+}  // namespace
