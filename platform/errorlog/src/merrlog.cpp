@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "kept_text.h"
 #include "printf_text.h"
 #include "rotating_log.h"
 
@@ -16,7 +17,7 @@ RotatingLog& error_log() {
 }
 
 struct Place {
-    std::string source;
+    KeptText source;
     int line = 0;
 };
 
@@ -24,14 +25,17 @@ thread_local Place next_place;
 
 std::string placed(const Place& place, const std::string& text) {
     if (place.source.empty()) return text;
-    return place.source + "(" + std::to_string(place.line) + "): " + text;
+    return std::string(place.source.c_str()) + "(" + std::to_string(place.line) + "): " + text;
 }
 
 }  // namespace
 
 extern "C" {
 
-void _MErrLog_Location(int, const char* source, int line) { next_place = {source ? source : "", line}; }
+void _MErrLog_Location(int, const char* source, int line) {
+    next_place.source.keep(source);
+    next_place.line = line;
+}
 
 void _MErrLog_Add(const char* format, ...) {
     va_list args;

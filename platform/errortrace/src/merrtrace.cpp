@@ -1,10 +1,12 @@
 #include "merrtrace.h"
 
 #include <cstdarg>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "kept_text.h"
 #include "merrlog.h"
 #include "printf_text.h"
 
@@ -12,7 +14,7 @@ namespace {
 
 struct Place {
     int level = 0;
-    std::string source;
+    KeptText source;
     int line = 0;
 };
 
@@ -21,10 +23,14 @@ struct Record {
     std::string text;
 };
 
-using Context = std::vector<Record>;
+struct Context {
+    Context* outer;
+    std::vector<Record> records;
+};
 
+// Neither has a destructor: kept_text.h says why.
 thread_local Place next_place;
-thread_local std::vector<Context> contexts;
+thread_local Context* innermost = nullptr;
 
 void write(const Record& record) {
     _MErrLog_Location(record.place.level, record.place.source.c_str(), record.place.line);
@@ -36,26 +42,30 @@ void write(const Record& record) {
 extern "C" {
 
 void _MErrTrace_Location(int level, const char* source, int line) {
-    next_place = {level, source ? source : "", line};
+    next_place.level = level;
+    next_place.source.keep(source);
+    next_place.line = line;
 }
 
 void _MErrTrace_Add(const char* format, ...) {
-    Place place = std::exchange(next_place, Place{});
-    if (contexts.empty()) return;
+    const Place place = std::exchange(next_place, Place{});
+    if (!innermost) return;
     va_list args;
     va_start(args, format);
-    contexts.back().push_back({std::move(place), printf_text(format, args)});
+    innermost->records.push_back({place, printf_text(format, args)});
     va_end(args);
 }
 
-void MErrTrace_BeginContext(void) { contexts.emplace_back(); }
+void MErrTrace_BeginContext(void) { innermost = new Context{innermost, {}}; }
 
 void MErrTrace_EndContext(void) {
-    if (!contexts.empty()) contexts.pop_back();
+    if (!innermost) return;
+    const std::unique_ptr<Context> ended(innermost);
+    innermost = ended->outer;
 }
 
 void MErrTrace_ClearContext(void) {
-    if (!contexts.empty()) contexts.back().clear();
+    if (innermost) innermost->records.clear();
 }
 
 void _MErrTrace_DumpContextToMErrLog(const char* format, ...) {
@@ -63,8 +73,8 @@ void _MErrTrace_DumpContextToMErrLog(const char* format, ...) {
     va_start(args, format);
     const Record last{std::exchange(next_place, Place{}), printf_text(format, args)};
     va_end(args);
-    Context records;
-    if (!contexts.empty()) records.swap(contexts.back());
+    std::vector<Record> records;
+    if (innermost) records.swap(innermost->records);
     for (const Record& record : records) write(record);
     write(last);
 }

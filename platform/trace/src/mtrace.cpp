@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "kept_text.h"
 #include "os/mutex.h"
 #include "printf_text.h"
 #include "rotating_log.h"
@@ -45,9 +46,9 @@ Levels& levels() {
 std::atomic<int> master_level{0};
 
 struct Place {
-    std::string file;
+    KeptText file;
     int line = 0;
-    std::string channel;
+    KeptText channel;
     int level = 0;
 };
 
@@ -55,8 +56,8 @@ thread_local Place next_place;
 
 std::string placed(const Place& place, const std::string& text) {
     if (place.file.empty() && place.channel.empty()) return text;
-    return place.channel + ":" + std::to_string(place.level) + " " + place.file + "(" +
-           std::to_string(place.line) + "): " + text;
+    return std::string(place.channel.c_str()) + ":" + std::to_string(place.level) + " " + place.file.c_str() +
+           "(" + std::to_string(place.line) + "): " + text;
 }
 
 }  // namespace
@@ -76,7 +77,10 @@ bool _MTrace_TestLevel(const char* channel, int level) {
 bool MTrace_TestMasterLevel(int level) { return master_level.load(std::memory_order_relaxed) >= level; }
 
 void _MTrace_Location(const char* file, int line, const char* channel, int level) {
-    next_place = {file ? file : "", line, channel ? channel : "", level};
+    next_place.file.keep(file);
+    next_place.line = line;
+    next_place.channel.keep(channel);
+    next_place.level = level;
 }
 
 void _MTrace_Always(const char* format, ...) {

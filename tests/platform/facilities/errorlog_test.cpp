@@ -39,6 +39,12 @@ TEST_F(ErrorLogTest, LongTextsAreWhole) {
     EXPECT_EQ(Lines{text}, lines());
 }
 
+TEST_F(ErrorLogTest, OfAPlaceTheFirst255CharactersAreKept) {
+    _MErrLog_Location(0, std::string(300, 's').c_str(), 1);
+    _MErrLog_Add("text");
+    EXPECT_EQ(Lines{std::string(255, 's') + "(1): text"}, lines());
+}
+
 TEST_F(ErrorLogTest, ThreadsKeepTheirPlacesApart) {
     constexpr int count = 200;
     std::vector<std::thread> threads;
