@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <ctime>
 #include <vector>
 
@@ -80,6 +81,8 @@ zip_fileinfo info_of_now() {
 }
 
 int open_entry(zipFile zip, const char* name) {
+    // Its length has 16 bits in the archive; not every minizip looks.
+    if (std::strlen(name) > 0xFFFF) return ZIP_PARAMERROR;
     const zip_fileinfo info = info_of_now();
     constexpr int not_raw = 0;
     constexpr int memory_level = 8;
