@@ -20,7 +20,7 @@ public:
     void equal(const std::string& what, const Value& driver, const Value& machine) {
         if (!(driver == machine)) add(what, driver, machine);
     }
-    void near(const std::string& what, double driver, double machine) {
+    void similar(const std::string& what, double driver, double machine) {
         if (!same(driver, machine)) add(what, driver, machine);
     }
     std::vector<std::string> lines;
@@ -68,11 +68,11 @@ void compare_axes(Comparison& compare, M2ZendrixMachAbstract& driver, const Trut
         if (axis.needs_init()) {
             compare.equal(name + " is initialized", driver.IsAxisInitialized(name), axis.initialized);
         }
-        if (axis.spin == 0.0) compare.near(name, driver.GetAxisValue(name.c_str()), axis.value());
+        if (axis.spin == 0.0) compare.similar(name, driver.GetAxisValue(name.c_str()), axis.value());
     }
     compare.equal("all is initialized", driver.IsInitialized(), all_ready);
     for (const auto& [name, value] : truth.pseudo_axes) {
-        compare.near(name, driver.GetAxisValue(name.c_str()), value);
+        compare.similar(name, driver.GetAxisValue(name.c_str()), value);
     }
 }
 
@@ -106,7 +106,7 @@ void compare_probes(Comparison& compare, M2ZendrixMachAbstract& driver, const Tr
         compare.equal("tip is known", known != truth.tips.end(), true);
         if (known == truth.tips.end()) continue;
         const double numbers[] = {probe.x1, probe.x2, probe.x3, probe.x4};
-        for (std::size_t i = 0; i < 4; ++i) compare.near("number of a tip", numbers[i], known->second[i]);
+        for (std::size_t i = 0; i < 4; ++i) compare.similar("number of a tip", numbers[i], known->second[i]);
     }
 }
 
@@ -122,7 +122,7 @@ void compare_probesystems(Comparison& compare, M2ZendrixMachAbstract& driver, co
         for (const auto& [id, numbers] : system.ids) {
             const auto entries = driver.ListProbesystems(name, id);
             compare.equal(name + " has the id", entries.size(), std::size_t{1});
-            if (!entries.empty()) compare.near(name + " number", entries.front().x1, numbers[0]);
+            if (!entries.empty()) compare.similar(name + " number", entries.front().x1, numbers[0]);
         }
     }
 }
@@ -140,7 +140,7 @@ void compare_wobble(Comparison& compare, M2ZendrixMachAbstract& driver, const Tr
     if (!truth.wobble) return;
     MMachWobbleParameters parameters;
     driver.GetWobbleParameters(parameters);
-    for (std::size_t i = 0; i < 6; ++i) compare.near("wobble", parameters.values[i], (*truth.wobble)[i]);
+    for (std::size_t i = 0; i < 6; ++i) compare.similar("wobble", parameters.values[i], (*truth.wobble)[i]);
 }
 
 }  // namespace
