@@ -169,9 +169,10 @@ TEST_F(MThreadTest, AThreadThatJoinsItselfIsRefused) {
     EXPECT_TRUE(MThread_Join(id, &exit_code));
     EXPECT_EQ(2U, exit_code);
     const std::string report = "MThread_Join(): failed to join thread: ";  // and the system's own number
-    ASSERT_EQ(1U, trace_reports().size());
-    EXPECT_TRUE(trace_reports()[0].starts_with(report)) << trace_reports()[0];
-    EXPECT_GT(std::stoi(trace_reports()[0].substr(report.size())), 0);
+    const Texts reports = trace_reports();
+    ASSERT_EQ(1U, reports.size());
+    ASSERT_TRUE(reports[0].starts_with(report)) << reports[0];
+    EXPECT_GT(std::stoi(reports[0].substr(report.size())), 0);
 }
 
 // What the system refuses while a thread is joined, and the report of it.
