@@ -129,9 +129,16 @@ protected:
         EXPECT_EQ(record.all(), Texts{"complete " + std::to_string(tid)});
         EXPECT_EQ(client->ReplyLineCount(tid), (text.size() + piece - 1) / piece);
         Received all = take_all(*client, tid);
-        EXPECT_FALSE(client->HasReceiver(tid));
+        EXPECT_TRUE(wait_for_no_receiver(tid));
         finish();
         return all;
+    }
+
+    // It goes when the complete callback has returned, which may be a moment after it was told here.
+    bool wait_for_no_receiver(long tid) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (client->HasReceiver(tid) && std::chrono::steady_clock::now() < end) std::this_thread::yield();
+        return !client->HasReceiver(tid);
     }
 
     // Much takes its time, more under a sanitizer.
