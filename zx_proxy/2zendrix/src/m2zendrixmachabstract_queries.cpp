@@ -1,5 +1,6 @@
 // The host's questions about axes: which may go together, keypad, spin, initialisation, wobble and autoinfo.
 #include <algorithm>
+#include <array>
 
 #include "drivertrace.h"
 #include "errtrace.h"
@@ -20,21 +21,31 @@ std::string axes_to_string(const AxisSet& axes) {
     return text;
 }
 
+// The name that a thread was handed last. No object with a destructor: MinGW's run-time library frees a
+// thread's memory before it destroys the thread's objects. A longer name is cut.
+class KeptName {
+public:
+    const char* keep(const std::string& name) {
+        m_text[name.copy(m_text.data(), m_text.size() - 1)] = '\0';
+        return m_text.data();
+    }
+
+private:
+    std::array<char, 4096> m_text;
+};
+
 // Takes one step of a walk: copies the name it stands on, null at the end.
 const char* take_name(const std::set<std::string>& names, std::set<std::string>::iterator& next,
-                      std::string& kept) {
-    if (next == names.end()) return nullptr;
-    kept = *next++;
-    return kept.c_str();
+                      KeptName& kept) {
+    return next == names.end() ? nullptr : kept.keep(*next++);
 }
 
 const char* take_name(const std::map<std::string, double>& axes,
-                      std::map<std::string, double>::iterator& next, std::string& kept, double* value) {
+                      std::map<std::string, double>::iterator& next, KeptName& kept, double* value) {
     if (next == axes.end()) return nullptr;
-    kept = next->first;
-    *value = next->second;
-    ++next;
-    return kept.c_str();
+    const auto& [name, mapped] = *next++;
+    *value = mapped;
+    return kept.keep(name);
 }
 
 const char* next_keypad_axis(KeypadAxisList& list) {
@@ -141,27 +152,27 @@ bool M2ZendrixMachAbstract::IsKeypadAxis(const std::string& axis) {
 bool M2ZendrixMachAbstract::HasSpin() { return m_hasSpin; }
 
 const char* M2ZendrixMachAbstract::GetFirstSpinAxis() {
-    static thread_local std::string kept;
+    static thread_local KeptName kept;
     os::LockGuard guard(m_spinListLock);
     m_spinListNext = m_spinList.begin();
     return take_name(m_spinList, m_spinListNext, kept);
 }
 
 const char* M2ZendrixMachAbstract::GetNextSpinAxis() {
-    static thread_local std::string kept;
+    static thread_local KeptName kept;
     os::LockGuard guard(m_spinListLock);
     return take_name(m_spinList, m_spinListNext, kept);
 }
 
 const char* M2ZendrixMachAbstract::GetFirstActiveSpinAxis(double* value) {
-    static thread_local std::string kept;
+    static thread_local KeptName kept;
     os::LockGuard guard(m_spinActiveLock);
     m_spinActiveNext = m_spinActive.begin();
     return take_name(m_spinActive, m_spinActiveNext, kept, value);
 }
 
 const char* M2ZendrixMachAbstract::GetNextActiveSpinAxis(double* value) {
-    static thread_local std::string kept;
+    static thread_local KeptName kept;
     os::LockGuard guard(m_spinActiveLock);
     return take_name(m_spinActive, m_spinActiveNext, kept, value);
 }
