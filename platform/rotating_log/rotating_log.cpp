@@ -1,6 +1,7 @@
 #include "rotating_log.h"
 
 #include <spdlog/logger.h>
+#include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 
 #include "os/directories.h"
@@ -14,7 +15,9 @@ constexpr std::size_t old_files = 3;
 std::shared_ptr<spdlog::logger> open_logger(const std::string& path, std::size_t max_bytes) {
     auto sink = std::make_shared<spdlog::sinks::rotating_file_sink_mt>(path, max_bytes, old_files);
     auto logger = std::make_shared<spdlog::logger>("", std::move(sink));
-    logger->set_pattern("%Y-%m-%d %H:%M:%S.%e [%t] %v");
+    // The same bytes on every system.
+    logger->set_formatter(std::make_unique<spdlog::pattern_formatter>(
+        "%Y-%m-%d %H:%M:%S.%e [%t] %v", spdlog::pattern_time_type::local, "\n"));
     logger->set_level(spdlog::level::trace);
     // A line shall outlive a crash right behind it.
     logger->flush_on(spdlog::level::trace);
