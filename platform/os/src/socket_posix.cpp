@@ -39,6 +39,12 @@ void socket_prepare(SocketHandle socket) {
     ::setsockopt(static_cast<int>(socket), SOL_SOCKET, SO_SNDTIMEO, &bound, sizeof bound);
 }
 
+// Here this means the connections that are left of an earlier listener alone.
+void socket_listen_alone(SocketHandle listener) noexcept {
+    const int yes = 1;
+    ::setsockopt(static_cast<int>(listener), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+}
+
 SocketResult socket_receive(SocketHandle socket, char* to, std::size_t size,
                             std::chrono::milliseconds at_most) {
     const int handle = static_cast<int>(socket);

@@ -58,6 +58,13 @@ void socket_prepare(SocketHandle socket) {
     ::ioctlsocket(native(socket), static_cast<long>(FIONBIO), &yes);
 }
 
+// SO_REUSEADDR would let two listen at one port here.
+void socket_listen_alone(SocketHandle listener) noexcept {
+    const BOOL yes = TRUE;
+    ::setsockopt(native(listener), SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&yes),
+                 sizeof yes);
+}
+
 SocketResult socket_receive(SocketHandle socket, char* to, std::size_t size, milliseconds at_most) {
     SocketResult result = receive_now(socket, to, size);
     if (result.status != SocketStatus::timed_out || at_most <= milliseconds(0)) return result;

@@ -92,4 +92,39 @@ TEST_F(SocketTest, MuchIsSentWhole) {
     EXPECT_EQ(count, much.size());
 }
 
+class ListenerTest : public testing::Test {
+protected:
+    using tcp = asio::ip::tcp;
+
+    // Listens at the port, or at any if it is 0. The error of the attempt.
+    static asio::error_code listen(tcp::acceptor& listener, unsigned short port) {
+        asio::error_code error;
+        listener.open(tcp::v4());
+        os::socket_listen_alone(static_cast<os::SocketHandle>(listener.native_handle()));
+        listener.bind({asio::ip::address_v4::loopback(), port}, error);
+        if (!error) listener.listen(asio::socket_base::max_listen_connections, error);
+        return error;
+    }
+
+    asio::io_context m_context{1};
+    tcp::acceptor m_first{m_context};
+    tcp::acceptor m_second{m_context};
+};
+
+TEST_F(ListenerTest, HasItsPortAlone) {
+    ASSERT_FALSE(listen(m_first, 0));
+    EXPECT_EQ(listen(m_second, m_first.local_endpoint().port()), asio::error::address_in_use);
+}
+
+TEST_F(ListenerTest, LeavesItsPortToTheNext) {
+    ASSERT_FALSE(listen(m_first, 0));
+    const unsigned short port = m_first.local_endpoint().port();
+    tcp::socket client(m_context);
+    client.connect(m_first.local_endpoint());
+    m_first.accept().close();  // what is left of it lingers for a minute
+    client.close();
+    m_first.close();
+    EXPECT_FALSE(listen(m_second, port));
+}
+
 }  // namespace

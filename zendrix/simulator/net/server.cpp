@@ -10,6 +10,7 @@
 #include "net/session.h"
 #include "os/error.h"
 #include "os/serial.h"
+#include "os/socket.h"
 
 namespace zendrix::sim {
 
@@ -87,7 +88,7 @@ private:
 void Server::Core::listen() {
     const asio::ip::tcp::endpoint endpoint(asio::ip::make_address(m_options.address), m_options.port);
     m_acceptor.open(endpoint.protocol());
-    m_acceptor.set_option(asio::socket_base::reuse_address(true));
+    os::socket_listen_alone(os::SocketHandle(m_acceptor.native_handle()));
     m_acceptor.bind(endpoint);
     m_acceptor.listen();
     m_place = m_options.address + ":" + std::to_string(m_acceptor.local_endpoint().port());

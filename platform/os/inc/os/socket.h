@@ -26,6 +26,10 @@ struct SocketResult {
 // Once for each socket, in blocking mode, before anything else here.
 void socket_prepare(SocketHandle socket);
 
+// Before a listener binds: a port that another listens at can't be had, one whose listener is gone can at
+// once.
+void socket_listen_alone(SocketHandle listener) noexcept;
+
 // Waits for bytes and takes what is there. Waits of more than half a second may end early with timed_out, so
 // a caller counts the time by himself.
 SocketResult socket_receive(SocketHandle socket, char* to, std::size_t size,
