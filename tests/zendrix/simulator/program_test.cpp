@@ -4,6 +4,7 @@
 #include <string>
 
 #include "net/lineclient.h"
+#include "net/missing_line.h"
 #include "test_process.h"
 
 namespace zendrix::sim {
@@ -50,7 +51,7 @@ TEST(Program, InterruptedInAMotionItStopsTheMachineFirst) {
 TEST(Program, ASerialLineThatCannotBeHadIsTold) {
     const ProcessResult missing = run_process(ZENDRIX_SIM, {"--serial", "COM999"});
     EXPECT_EQ(missing.exit_status, 1);
-    EXPECT_EQ(missing.err, "zendrix-sim: cannot listen on /dev/ttyS998: No such file or directory\n");
+    EXPECT_EQ(missing.err, "zendrix-sim: " + cannot_listen_on_missing("COM999") + "\n");
     EXPECT_EQ(run_process(ZENDRIX_SIM, {"--serial", "COM1", "--port", "7073"}).exit_status, 2);
     EXPECT_EQ(run_process(ZENDRIX_SIM, {"--serial", "COM1", "--serial-terminal"}).exit_status, 2);
 }
