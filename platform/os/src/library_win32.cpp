@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "library_fault.h"
+#include "os/environment.h"
 #include "os/error.h"
 #include "os/library.h"
 #include "os/path.h"
@@ -32,17 +33,29 @@ std::string module_path(HMODULE module) {
     return length < path.size() ? std::string(path.data(), length) : "";
 }
 
-std::string find_file(const std::string& name) {
+// Looks in these folders, or with null where the system looks for a name alone.
+std::string find_file(const char* folders, const std::string& name) {
     std::array<char, 4096> path{};
     const DWORD length =
-        ::SearchPathA(nullptr, name.c_str(), ".dll", static_cast<DWORD>(path.size()), path.data(), nullptr);
+        ::SearchPathA(folders, name.c_str(), ".dll", static_cast<DWORD>(path.size()), path.data(), nullptr);
     return length > 0 && length < path.size() ? std::string(path.data(), length) : "";
+}
+
+// Where the system finds what a library needs that was loaded by its path: in memory, or in the system's
+// folders, but not beside the program.
+std::string find_needed(const std::string& name) {
+    if (const HMODULE loaded = ::GetModuleHandleA(name.c_str())) return module_path(loaded);
+    std::array<char, MAX_PATH> system{};
+    ::GetSystemDirectoryA(system.data(), MAX_PATH);
+    std::string others;
+    get_variable("PATH", others);
+    return find_file((std::string(system.data()) + ";.;" + others).c_str(), name);
 }
 
 // The system's own words name neither the library that is missing nor what is wrong with one.
 std::string load_error(const std::string& path, const std::string& file) {
     const std::string words = system_text();
-    const std::string fault = library_fault(file, module_path(nullptr), find_file);
+    const std::string fault = library_fault(file, module_path(nullptr), find_needed);
     return fault.empty() ? path + ": " + words : fault;
 }
 
@@ -67,7 +80,7 @@ bool SharedLibrary::load(const std::string& path) {
         // What it needs may lie beside it.
         m_handle = ::LoadLibraryExA(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     }
-    if (!m_handle) m_error_text = load_error(path, file.empty() ? find_file(path) : file);
+    if (!m_handle) m_error_text = load_error(path, file.empty() ? find_file(nullptr, path) : file);
     return m_handle != nullptr;
 }
 
