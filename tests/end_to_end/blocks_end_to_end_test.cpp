@@ -6,6 +6,7 @@
 #include <random>
 
 #include "driver_host.h"
+#include "log_of_work.h"
 #include "recording_facilities.h"
 #include "simulated_machine.h"
 
@@ -97,7 +98,7 @@ TEST_P(Blocks, ComeBackAsTheyWere) {
         EXPECT_EQ(outcome.said, "");
         EXPECT_TRUE(outcome.data == block) << block.size();
     }
-    EXPECT_EQ(recording::error_log(), Texts());
+    EXPECT_EQ(log_of_work(), Texts());
 }
 
 TEST_P(Blocks, AHundredMegabytesComeBackAsTheyWere) {
@@ -107,7 +108,7 @@ TEST_P(Blocks, AHundredMegabytesComeBackAsTheyWere) {
     EXPECT_EQ(outcome.said, "");
     EXPECT_TRUE(outcome.data == block);
     EXPECT_EQ(receive(host(), "blocks.list").data, "\"block\" 100000000\n");
-    EXPECT_EQ(recording::error_log(), Texts());
+    EXPECT_EQ(log_of_work(), Texts());
 }
 
 TEST_P(Blocks, HaveAnyName) {

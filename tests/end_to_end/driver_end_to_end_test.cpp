@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "driver_host.h"
+#include "log_of_work.h"
 #include "process_resources.h"
 #include "recording_facilities.h"
 #include "simulated_machine.h"
@@ -50,7 +51,7 @@ TEST_F(DriverEndToEnd, MeasuresTheRingThatStandsOnTheMachine) {
         ASSERT_EQ(point.size(), 3U);
         EXPECT_NEAR(std::hypot(point[0] - center_x, point[1] - center_y), radius, form_and_noise);
     }
-    EXPECT_EQ(recording::error_log(), std::vector<std::string>());
+    EXPECT_EQ(log_of_work(), std::vector<std::string>());
 }
 
 TEST_F(DriverEndToEnd, LosesNoPointWhileCapabilitiesChangeInTheMiddleOfScans) {
@@ -85,7 +86,7 @@ TEST_F(DriverEndToEnd, LosesNoPointWhileCapabilitiesChangeInTheMiddleOfScans) {
     }
     stop = true;
     reader.join();
-    EXPECT_EQ(recording::error_log(), std::vector<std::string>());
+    EXPECT_EQ(log_of_work(), std::vector<std::string>());
 }
 
 TEST_F(DriverEndToEnd, SaysOnceThatTheConnectionWasLost) {

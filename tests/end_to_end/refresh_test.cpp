@@ -3,6 +3,7 @@
 
 #include "counting_relay.h"
 #include "driver_host.h"
+#include "log_of_work.h"
 #include "recording_facilities.h"
 #include "served_machine.h"
 
@@ -48,7 +49,7 @@ TEST(Refresh, OfALargeMachineIsOneLineOutAndOnePieceInPerCall) {
                                         "spin active", "init list", "get \"a1\" \"a2\" \"a200\""}));
     EXPECT_EQ(count.pieces_out, 7u);
     EXPECT_EQ(count.pieces_in, 8u);  // the event, and an answer each
-    EXPECT_EQ(recording::error_log(), Requests());
+    EXPECT_EQ(log_of_work(), Requests());
 }
 
 }  // namespace

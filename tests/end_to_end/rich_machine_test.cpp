@@ -7,6 +7,7 @@
 
 #include "czendrixcom.h"
 #include "driver_host.h"
+#include "log_of_work.h"
 #include "recording_facilities.h"
 #include "served_machine.h"
 
@@ -261,7 +262,7 @@ TEST_F(RichMachine, AutoinfoBringsWholeRecordsOnly) {
     driver().StopAutoinfo();
     EXPECT_FALSE(driver().IsAutoinfoActive());
     EXPECT_FALSE(driver().GetAutoinfo(record));
-    const auto log = recording::error_log();
+    const auto log = log_of_work();
     ASSERT_EQ(log.size(), 1u);
     EXPECT_NE(log[0].find("the server's watch line holds 2 values for 3 axes; the last 2 are left out"),
               std::string::npos)

@@ -1,6 +1,7 @@
 // The driver with a machine in its own process.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "process_resources.h"
@@ -72,6 +73,7 @@ TEST_F(Embedded, IsGoneWithoutATraceManyTimesOver) {
     const Configuration configuration(embedded("--speed max"));
     DriverHost host(name, configuration.directory());
     ASSERT_TRUE(host.driver().Open());
+    host.initialise();
     host.driver().Close();
     const std::ptrdiff_t threads = thread_count();
     const std::ptrdiff_t handles = handle_count();
@@ -109,8 +111,9 @@ TEST_F(Embedded, AConnectionThatBreaksIsToldOnce) {
     DriverHost host(name, configuration.directory());
     ASSERT_TRUE(host.driver().Open());
     lose_in_a_scan(host, [](std::size_t) {});
-    ASSERT_FALSE(recording::error_log().empty());
-    EXPECT_EQ(recording::error_log().front(), "CZendrixCOM: machine connection lost: reset by the server");
+    const Texts log = recording::error_log();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "CZendrixCOM: machine connection lost: reset by the server"),
+              1);
 }
 
 TEST_F(Embedded, WrongSettingsAreToldAndNothingStays) {
