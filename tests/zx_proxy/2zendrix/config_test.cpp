@@ -1,8 +1,8 @@
 // The driver's ini file: where it is looked for, and what is taken from it.
-#include <cstdlib>
 #include <filesystem>
 
 #include "driver_fixture.h"
+#include "environment_variable.h"
 #include "errtrace.h"
 #include "os/error.h"
 #include "temporary_directory.h"
@@ -93,10 +93,13 @@ TEST_F(ConfigTest, TheDriversOwnNameNeedsNoDirectory) {
 
 TEST_F(ConfigTest, TheNameIsComparedWhole) {
     write("m2zendrix.ini", "[connection]\nhost=wrong\n");
-    read("M2zendrix");
-    EXPECT_EQ(driver->m_host, "192.168.2.10");
     read("m2zendrix2");
     EXPECT_EQ(driver->m_host, "192.168.2.10");
+    // Another case is another name, also where it's the same for files.
+    std::filesystem::remove(m_files.path("m2zendrix.ini"));
+    write("M2zendrix/m2zendrix.ini", "[connection]\nhost=two\n");
+    read("M2zendrix");
+    EXPECT_EQ(driver->m_host, "two");
 }
 
 TEST_F(ConfigTest, AnEmptyFileCountsAsFound) {
@@ -171,12 +174,11 @@ TEST_F(ConfigTest, AddressAndPortLoseCommentAndBlanks) {
 }
 
 TEST_F(ConfigTest, APathKeepsItsBlanksAndHasItsVariablesReplaced) {
-    setenv("DRIVER_CONFIG_TEST", "C:\\my machines", 1);
+    const EnvironmentVariable variable("DRIVER_CONFIG_TEST", "C:\\my machines");
     read_text("[connection]\nhost =\t %DRIVER_CONFIG_TEST%\\the sim.dll  ; ours\n");
     EXPECT_EQ(driver->m_host, "C:\\my machines\\the sim.dll");
     read_text("[connection]\nhost=%DRIVER_CONFIG_TEST%\\the sim.DLL\n");
     EXPECT_EQ(driver->m_host, "%DRIVER_CONFIG_TEST%\\thesim.DLL");
-    unsetenv("DRIVER_CONFIG_TEST");
 }
 
 TEST_F(ConfigTest, OfAPathOnlyCommentAndBlanksAtItsEndsGo) {
@@ -189,7 +191,7 @@ TEST_F(ConfigTest, OfAPathOnlyCommentAndBlanksAtItsEndsGo) {
 }
 
 TEST_F(ConfigTest, AnUnknownVariableStays) {
-    unsetenv("DRIVER_CONFIG_TEST");
+    const EnvironmentVariable variable("DRIVER_CONFIG_TEST", nullptr);
     read_text("[connection]\nhost=%DRIVER_CONFIG_TEST%\\100%.dll\n");
     EXPECT_EQ(driver->m_host, "%DRIVER_CONFIG_TEST%\\100%.dll");
 }
@@ -209,10 +211,9 @@ TEST_F(ConfigTest, VariablesThatCannotBeReplacedStayAndAreReported) {
 }
 
 TEST_F(ConfigTest, AHostThatIsNoPathKeepsItsPercentSigns) {
-    setenv("DRIVER_CONFIG_TEST", "wrong", 1);
+    const EnvironmentVariable variable("DRIVER_CONFIG_TEST", "wrong");
     read_text("[connection]\nhost=%DRIVER_CONFIG_TEST%\n");
     EXPECT_EQ(driver->m_host, "%DRIVER_CONFIG_TEST%");
-    unsetenv("DRIVER_CONFIG_TEST");
 }
 
 TEST_F(ConfigTest, TheWholeValueDecidesWhatIsAPath) {

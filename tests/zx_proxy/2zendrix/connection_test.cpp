@@ -138,12 +138,13 @@ TEST_F(ConnectionTest, ARefusedConnectionAsksNothingOfTheAdapter) {
     EXPECT_TRUE(registry.calls.empty());
 }
 
-// The loopback adapter of this system is found, and our client doesn't delay acknowledgements on it.
-TEST_F(ConnectionTest, OverTheLoopbackAddressThereIsNothingToWarnOf) {
+// Where the loopback address has an adapter, our client doesn't delay acknowledgements on it.
+TEST_F(ConnectionTest, OverTheLoopbackAddressTheSystemIsAsked) {
     driver->m_registry = &os::system_registry();
     driver->m_host = "127.0.0.1";
     EXPECT_TRUE(driver->Open());
-    EXPECT_EQ(new_log_lines(), os::socket_can_acknowledge() ? Lines() : Lines{delays_warning});
+    const Lines lines = new_log_lines();  // a system without adapters tells that, too
+    EXPECT_EQ(lines.empty() ? "" : lines.back(), os::socket_can_acknowledge() ? "" : delays_warning);
 }
 
 struct Revision {
