@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <map>
+#include <memory>
 #include <utility>
 
 #include "merrlog.h"
@@ -18,20 +19,6 @@ struct Report {
     std::string text;
 };
 
-struct Recorder {
-    os::Mutex mutex;
-    std::vector<Report> error_log OS_GUARDED_BY(mutex);
-    std::vector<Report> error_trace OS_GUARDED_BY(mutex);
-    std::vector<recording::TraceLine> trace OS_GUARDED_BY(mutex);
-    std::map<std::string, int> levels OS_GUARDED_BY(mutex);
-    int master_level OS_GUARDED_BY(mutex) = 0;
-};
-
-Recorder& recorder() {
-    static Recorder instance;
-    return instance;
-}
-
 // What the location call of a thread leaves for its next report.
 struct ThreadState {
     recording::Place log_place;
@@ -41,7 +28,34 @@ struct ThreadState {
     std::vector<std::vector<Report>> contexts;
 };
 
-thread_local ThreadState this_thread;
+struct Recorder {
+    os::Mutex mutex;
+    std::vector<Report> error_log OS_GUARDED_BY(mutex);
+    std::vector<Report> error_trace OS_GUARDED_BY(mutex);
+    std::vector<recording::TraceLine> trace OS_GUARDED_BY(mutex);
+    std::map<std::string, int> levels OS_GUARDED_BY(mutex);
+    int master_level OS_GUARDED_BY(mutex) = 0;
+    std::vector<std::unique_ptr<ThreadState>> threads OS_GUARDED_BY(mutex);  // of all there ever were
+};
+
+Recorder& recorder() {
+    static Recorder instance;
+    return instance;
+}
+
+// The thread keeps a bare pointer: MinGW's run-time library frees a thread's memory before it destroys the
+// thread's objects.
+ThreadState& this_thread() {
+    static thread_local ThreadState* state = nullptr;
+    if (!state) {
+        auto made = std::make_unique<ThreadState>();
+        state = made.get();
+        Recorder& r = recorder();
+        os::LockGuard lock(r.mutex);
+        r.threads.push_back(std::move(made));
+    }
+    return *state;
+}
 
 std::string format_text(const char* format, va_list args) {
     va_list again;
@@ -70,7 +84,7 @@ recording::Place place_of(const Report& report) { return report.place; }
 namespace recording {
 
 void reset() {
-    for (auto& context : this_thread.contexts) context.clear();
+    for (auto& context : this_thread().contexts) context.clear();
     Recorder& r = recorder();
     os::LockGuard lock(r.mutex);
     r.error_log.clear();
@@ -117,13 +131,13 @@ void set_trace_level(int level) {
     r.master_level = level;
 }
 
-std::size_t open_contexts() { return this_thread.contexts.size(); }
+std::size_t open_contexts() { return this_thread().contexts.size(); }
 
 }  // namespace recording
 
 extern "C" {
 
-void _MErrLog_Location(int, const char* source, int line) { this_thread.log_place = {source, line}; }
+void _MErrLog_Location(int, const char* source, int line) { this_thread().log_place = {source, line}; }
 
 void _MErrLog_Add(const char* format, ...) {
     va_list args;
@@ -132,41 +146,41 @@ void _MErrLog_Add(const char* format, ...) {
     va_end(args);
     Recorder& r = recorder();
     os::LockGuard lock(r.mutex);
-    r.error_log.push_back({this_thread.log_place, std::move(text)});
+    r.error_log.push_back({this_thread().log_place, std::move(text)});
 }
 
 void MErrLog_SetFile(const char*) {}
 
-void _MErrTrace_Location(int, const char* source, int line) { this_thread.trace_place = {source, line}; }
+void _MErrTrace_Location(int, const char* source, int line) { this_thread().trace_place = {source, line}; }
 
 void _MErrTrace_Add(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    const Report report{this_thread.trace_place, format_text(format, args)};
+    const Report report{this_thread().trace_place, format_text(format, args)};
     va_end(args);
-    if (!this_thread.contexts.empty()) this_thread.contexts.back().push_back(report);
+    if (!this_thread().contexts.empty()) this_thread().contexts.back().push_back(report);
     Recorder& r = recorder();
     os::LockGuard lock(r.mutex);
     r.error_trace.push_back(report);
 }
 
-void MErrTrace_BeginContext(void) { this_thread.contexts.emplace_back(); }
+void MErrTrace_BeginContext(void) { this_thread().contexts.emplace_back(); }
 
 void MErrTrace_EndContext(void) {
-    if (!this_thread.contexts.empty()) this_thread.contexts.pop_back();
+    if (!this_thread().contexts.empty()) this_thread().contexts.pop_back();
 }
 
 void MErrTrace_ClearContext(void) {
-    if (!this_thread.contexts.empty()) this_thread.contexts.back().clear();
+    if (!this_thread().contexts.empty()) this_thread().contexts.back().clear();
 }
 
 void _MErrTrace_DumpContextToMErrLog(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    Report last{this_thread.trace_place, format_text(format, args)};
+    Report last{this_thread().trace_place, format_text(format, args)};
     va_end(args);
     std::vector<Report> reports;
-    if (!this_thread.contexts.empty()) reports.swap(this_thread.contexts.back());
+    if (!this_thread().contexts.empty()) reports.swap(this_thread().contexts.back());
     reports.push_back(std::move(last));
     Recorder& r = recorder();
     os::LockGuard lock(r.mutex);
@@ -199,8 +213,8 @@ bool MTrace_TestMasterLevel(int level) {
 }
 
 void _MTrace_Location(const char*, int, const char* channel, int level) {
-    this_thread.channel = channel;
-    this_thread.level = level;
+    this_thread().channel = channel;
+    this_thread().level = level;
 }
 
 void _MTrace_Always(const char* format, ...) {
@@ -210,7 +224,7 @@ void _MTrace_Always(const char* format, ...) {
     va_end(args);
     Recorder& r = recorder();
     os::LockGuard lock(r.mutex);
-    r.trace.push_back({this_thread.channel, this_thread.level, std::move(text)});
+    r.trace.push_back({this_thread().channel, this_thread().level, std::move(text)});
 }
 
 void MTrace_SetFile(const char*) {}
