@@ -1,26 +1,16 @@
 #include "os/clock.h"
 
-#include <atomic>
-
+#include "in_force.h"
 #include "system_clock.h"
 
 namespace os {
 
 namespace {
-
-// Null stands for the system's clock.
-std::atomic<MonotonicClock*> in_force{nullptr};
-
-}  // namespace
-
-MonotonicClock& monotonic_clock() {
-    MonotonicClock* const clock = in_force.load(std::memory_order_acquire);
-    return clock ? *clock : system_clock();
+InForce<MonotonicClock, system_clock> in_force;
 }
 
-MonotonicClock* replace_monotonic_clock(MonotonicClock* clock) {
-    MonotonicClock* const old = in_force.exchange(clock, std::memory_order_acq_rel);
-    return old ? old : &system_clock();
-}
+MonotonicClock& monotonic_clock() { return in_force.get(); }
+
+MonotonicClock* replace_monotonic_clock(MonotonicClock* clock) { return in_force.replace(clock); }
 
 }  // namespace os

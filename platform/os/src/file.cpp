@@ -1,26 +1,16 @@
 #include "os/file.h"
 
-#include <atomic>
-
+#include "in_force.h"
 #include "system_files.h"
 
 namespace os {
 
 namespace {
-
-// Null stands for the system's.
-std::atomic<FileSystem*> in_force{nullptr};
-
-}  // namespace
-
-FileSystem& files() {
-    FileSystem* const file_system = in_force.load(std::memory_order_acquire);
-    return file_system ? *file_system : system_files();
+InForce<FileSystem, system_files> in_force;
 }
 
-FileSystem* replace_files(FileSystem* file_system) {
-    FileSystem* const old = in_force.exchange(file_system, std::memory_order_acq_rel);
-    return old ? old : &system_files();
-}
+FileSystem& files() { return in_force.get(); }
+
+FileSystem* replace_files(FileSystem* file_system) { return in_force.replace(file_system); }
 
 }  // namespace os

@@ -1,26 +1,16 @@
 #include "os/threads.h"
 
-#include <atomic>
-
+#include "in_force.h"
 #include "system_threads.h"
 
 namespace os {
 
 namespace {
-
-// Null stands for the system's.
-std::atomic<ThreadSystem*> in_force{nullptr};
-
-}  // namespace
-
-ThreadSystem& threads() {
-    ThreadSystem* const found = in_force.load(std::memory_order_acquire);
-    return found ? *found : system_threads();
+InForce<ThreadSystem, system_threads> in_force;
 }
 
-ThreadSystem* replace_threads(ThreadSystem* thread_system) {
-    ThreadSystem* const old = in_force.exchange(thread_system, std::memory_order_acq_rel);
-    return old ? old : &system_threads();
-}
+ThreadSystem& threads() { return in_force.get(); }
+
+ThreadSystem* replace_threads(ThreadSystem* thread_system) { return in_force.replace(thread_system); }
 
 }  // namespace os
