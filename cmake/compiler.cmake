@@ -27,5 +27,8 @@ if(WIN32)
     add_compile_definitions(_WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
     if(MINGW)
         add_compile_definitions(__USE_MINGW_ANSI_STDIO=1)
+        # Asio takes other classes for its threads when <pthread.h> was included before it: one choice for everyone,
+        # as their objects would be taken for each other.
+        add_compile_definitions(ASIO_HAS_THREADS=1 ASIO_HAS_PTHREADS=1)
     endif()
 endif()

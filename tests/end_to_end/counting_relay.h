@@ -2,7 +2,6 @@
 // come back.
 #pragma once
 
-#include <array>
 #include <asio.hpp>
 #include <cstdint>
 #include <mutex>
@@ -43,7 +42,7 @@ public:
 
 private:
     using Socket = asio::ip::tcp::socket;
-    using Buffer = std::array<char, 1 << 20>;
+    using Buffer = std::vector<char>;
 
     void connect() {
         asio::error_code ignored;
@@ -82,8 +81,8 @@ private:
     asio::ip::tcp::acceptor m_acceptor{m_io, {asio::ip::address_v4::loopback(), 0}};
     Socket m_client{m_io};
     Socket m_server{m_io};
-    Buffer m_from_client{};
-    Buffer m_from_server{};
+    Buffer m_from_client = Buffer(1 << 20);
+    Buffer m_from_server = Buffer(1 << 20);
     std::mutex m_lock;
     Count m_count;
     std::thread m_thread;

@@ -113,7 +113,8 @@ TEST_F(Embedded, AConnectionThatBreaksIsToldOnce) {
     lose_in_a_scan(host, [](std::size_t) {});
     const Texts log = recording::error_log();
     EXPECT_EQ(std::count(log.begin(), log.end(), "CZendrixCOM: machine connection lost: reset by the server"),
-              1);
+              1)
+        << testing::PrintToString(log);
 }
 
 TEST_F(Embedded, WrongSettingsAreToldAndNothingStays) {
