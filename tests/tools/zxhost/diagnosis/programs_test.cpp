@@ -1,6 +1,7 @@
 // zxhost config and zxhost doctor from outside.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -131,7 +132,9 @@ TEST_F(DiagnosisTest, DoctorClimbsToTheSimulatedMachine) {
     std::istringstream lines(result.out);
     Words rungs;
     for (std::string line; std::getline(lines, line);) {
-        EXPECT_EQ(line.rfind("holds   ", 0), 0U) << line;
+        if (line.rfind(' ', 0) == 0) continue;  // advice
+        // What is said of the adapter depends on the computer.
+        EXPECT_TRUE(line.rfind("holds   ", 0) == 0 || line.rfind("remark  adapter", 0) == 0) << line;
         rungs.push_back(line.substr(8, line.find("  ", 8) - 8));
     }
     EXPECT_EQ(rungs, (Words{"configuration", "keys", "address", "connection", "hello", "revision", "commands",
@@ -251,6 +254,7 @@ TEST_F(DiagnosisTest, ThePagesConfigurationReadsAsItSays) {
     std::string out = config(ini).out;
     for (std::size_t at; (at = out.find(directory)) != std::string::npos;)
         out.replace(at, directory.size(), "/etc/machines");
+    std::replace(out.begin(), out.end(), '\\', '/');
     EXPECT_EQ(without_layout(shown),
               without_layout("$ zxhost --config /etc/machines --name lab config\n" + out));
 }
@@ -262,8 +266,14 @@ TEST_F(DiagnosisTest, ThePagesLadderHoldsAsItSays) {
     std::string line, expected;
     std::getline(shown, expected);
     int count = 0;
-    for (; std::getline(out, line) && std::getline(shown, expected); ++count)
-        EXPECT_EQ(line.substr(0, 22), expected.substr(0, 22));
+    while (std::getline(out, line)) {
+        if (line.rfind(' ', 0) == 0) continue;  // advice
+        std::getline(shown, expected);
+        // What is said of the adapter depends on the computer.
+        const std::size_t from = line.find("adapter") == 8 ? 8 : 0;
+        EXPECT_EQ(line.substr(from, 22 - from), expected.substr(from, 22 - from));
+        ++count;
+    }
     EXPECT_EQ(count, 10);
 }
 
