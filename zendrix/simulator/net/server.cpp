@@ -171,7 +171,7 @@ asio::serial_port Server::Core::line() {
 void Server::Core::open_line_later() {
     m_accept_timer.expires_after(std::chrono::milliseconds(100));
     m_accept_timer.async_wait([this](asio::error_code error) {
-        if (error) return;
+        if (error || m_is_closing) return;  // one that was due already is no longer cancelled
         try {
             open_line();
         } catch (const std::system_error&) {
@@ -252,7 +252,7 @@ void Server::Core::pump() {
 void Server::Core::change_capabilities() {
     m_capabilities_timer.expires_after(m_options.capabilities_change_every);
     m_capabilities_timer.async_wait([this](asio::error_code error) {
-        if (error) return;
+        if (error || m_is_closing) return;  // one that was due already is no longer cancelled
         m_hub.raise(Event::capabilities_changed);
         change_capabilities();
     });
