@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <latch>
 #include <thread>
 
+#include "gate.h"
 #include "host_side.h"
 #include "moutputchannel.h"
 #include "os/library.h"
@@ -56,15 +56,15 @@ public:
     int HasNotification() override { return 0; }
     bool Notify() override {
         if (m_shut) {
-            m_come.count_down();
+            m_come.open();
             m_open.wait();
         }
         return true;
     }
 
     std::atomic<bool> m_shut{false};
-    std::latch m_come{1};
-    std::latch m_open{1};
+    Gate m_come;
+    Gate m_open;
 };
 
 // A host with an open driver, whose parts go one by one.
@@ -153,7 +153,7 @@ TEST(PluginUnloadPosix, AThreadThatNotifiesReturnsIntoThePlugin) {
         notifier.m_come.wait();
         host.leave();
         EXPECT_TRUE(is_loaded(PLUGIN_FILE));
-        notifier.m_open.count_down();
+        notifier.m_open.open();
         expect_gone();
     });
 }

@@ -2,10 +2,11 @@
 // all are released and waited for.
 #pragma once
 
-#include <semaphore>
+#include <memory>
 #include <utility>
 #include <vector>
 
+#include "gate.h"
 #include "os/threads.h"
 
 class HeldThreads final : public os::ThreadSystem {
@@ -18,19 +19,20 @@ public:
 
     // Lets the threads go that have been started, and waits until they have ended.
     void finish() {
-        for (const os::ThreadHandle handle : std::exchange(m_started, {})) {
-            m_released.release();
-            m_real.wait(handle);
-            m_real.close(handle);
+        for (const Started& thread : std::exchange(m_started, {})) {
+            thread.released->open();
+            m_real.wait(thread.handle);
+            m_real.close(thread.handle);
         }
     }
 
     bool start(unsigned (*function)(void*), void* argument, os::ThreadHandle& handle,
                std::uint32_t& id) override {
-        auto* work = new Work{function, argument, m_released};
+        const auto released = std::make_shared<Gate>();
+        auto* work = new Work{function, argument, released};
         os::ThreadHandle copy = os::no_thread;
         if (!m_real.start(run, work, handle, id) || !m_real.duplicate(handle, copy)) return false;
-        m_started.push_back(copy);
+        m_started.push_back({copy, released});
         return true;
     }
     bool set_normal_priority(os::ThreadHandle handle) override { return m_real.set_normal_priority(handle); }
@@ -44,21 +46,24 @@ public:
     bool close(os::ThreadHandle handle) override { return m_real.close(handle); }
 
 private:
-    using Semaphore = std::counting_semaphore<>;
     struct Work {
         unsigned (*function)(void*);
         void* argument;
-        Semaphore& released;
+        std::shared_ptr<Gate> released;
+    };
+
+    struct Started {
+        os::ThreadHandle handle;
+        std::shared_ptr<Gate> released;
     };
 
     static unsigned run(void* pointer) {
         const Work work = *static_cast<Work*>(pointer);
         delete static_cast<Work*>(pointer);
-        work.released.acquire();
+        work.released->wait();
         return work.function(work.argument);
     }
 
     os::ThreadSystem& m_real;
-    Semaphore m_released{0};
-    std::vector<os::ThreadHandle> m_started;
+    std::vector<Started> m_started;
 };

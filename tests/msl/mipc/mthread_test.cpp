@@ -2,20 +2,20 @@
 
 #include <atomic>
 #include <future>
-#include <latch>
 #include <set>
 #include <thread>
 #include <type_traits>
 
 #include "faulty_threads.h"
+#include "gate.h"
 #include "reports.h"
 
 namespace {
 
 unsigned give_back(void* argument) { return *static_cast<unsigned*>(argument); }
 
-unsigned wait_for_latch(void* latch) {
-    static_cast<std::latch*>(latch)->wait();
+unsigned wait_for_gate(void* gate) {
+    static_cast<Gate*>(gate)->wait();
     return 7;
 }
 
@@ -126,8 +126,8 @@ TEST_F(MThreadTest, WithoutAPlaceForItTheExitCodeIsNotRead) {
 }
 
 TEST_F(MThreadTest, TwoJoinersOfOneIdBothSucceed) {
-    std::latch release(1);
-    const std::int32_t id = MThread_Create(wait_for_latch, &release);
+    Gate release;
+    const std::int32_t id = MThread_Create(wait_for_gate, &release);
     const auto join = [id] {
         unsigned exit_code = 0;
         return MThread_Join(id, &exit_code) ? exit_code : 0;
@@ -135,7 +135,7 @@ TEST_F(MThreadTest, TwoJoinersOfOneIdBothSucceed) {
     auto first = std::async(std::launch::async, join);
     auto second = std::async(std::launch::async, join);
     threads.wait_for_calls("wait", 2);
-    release.count_down();
+    release.open();
     EXPECT_EQ(7U, first.get());
     EXPECT_EQ(7U, second.get());
     // Each joiner's copy, and the one of the list.
@@ -145,12 +145,12 @@ TEST_F(MThreadTest, TwoJoinersOfOneIdBothSucceed) {
 }
 
 TEST_F(MThreadTest, TheListIsFreeWhileSomeoneWaits) {
-    std::latch release(1);
-    const std::int32_t slow = MThread_Create(wait_for_latch, &release);
+    Gate release;
+    const std::int32_t slow = MThread_Create(wait_for_gate, &release);
     auto joiner = std::async(std::launch::async, [slow] { return MThread_Join(slow, nullptr); });
     threads.wait_for_calls("wait", 1);
     clean_up(create());
-    release.count_down();
+    release.open();
     EXPECT_TRUE(joiner.get());
 }
 

@@ -2,10 +2,10 @@
 // is lost and nothing hangs; the thread sanitizer looks at the rest.
 #include <chrono>
 #include <future>
-#include <semaphore>
 #include <thread>
 
 #include "driver_fixture.h"
+#include "gate.h"
 
 namespace {
 
@@ -142,19 +142,19 @@ TEST_F(RacesTest, AnExpectedLossMeetsCallbacks) {
 TEST_F(RacesTest, OverlappingRefreshesDoNotWait) {
     driver->m_cachedAxes.add("x");
     open();
-    std::binary_semaphore entered(0);
-    std::binary_semaphore leave(0);
+    Gate entered;
+    Gate leave;
     script.on_call("Get", [&] {
-        entered.release();
-        leave.acquire();
+        entered.open();
+        leave.wait();
     });
     std::thread first([&] { script.fire_complete(1); });
-    EXPECT_TRUE(entered.try_acquire_for(bound));
+    EXPECT_TRUE(entered.wait_for(bound));
     auto second = std::async(std::launch::async, [&] { script.fire_complete(2); });
     EXPECT_EQ(second.wait_for(bound), std::future_status::ready);
     EXPECT_EQ(driver->finished_ids(), std::set<long>{2}) << "the first is still in its query";
     EXPECT_EQ(script.calls_of("Get").size(), 1U);
-    leave.release();
+    leave.open();
     first.join();
     EXPECT_EQ(driver->finished_ids(), (std::set<long>{1, 2}));
 }
@@ -163,18 +163,18 @@ TEST_F(RacesTest, OverlappingRefreshesDoNotWait) {
 TEST_F(RacesTest, ARefreshOfTheInitListHoldsUpNothingElse) {
     answers.command_words = {"init list"};
     open();
-    std::binary_semaphore entered(0);
-    std::binary_semaphore leave(0);
+    Gate entered;
+    Gate leave;
     script.on_call("InitList", [&] {
-        entered.release();
-        leave.acquire();
+        entered.open();
+        leave.wait();
     });
     std::thread client([&] { script.fire_async("capabilities changed"); });
-    EXPECT_TRUE(entered.try_acquire_for(bound));
+    EXPECT_TRUE(entered.wait_for(bound));
     EXPECT_TRUE(driver->HasInitList());
     EXPECT_EQ(driver->GetAxisInfo("x"), nullptr);
     driver->PollAsyncErrors();
-    leave.release();
+    leave.open();
     client.join();
     EXPECT_EQ(driver->events(), Lines{"capabilities changed"});
 }
