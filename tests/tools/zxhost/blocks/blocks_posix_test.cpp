@@ -36,6 +36,12 @@ protected:
     }
 };
 
+// Windows tells it when the whole block is to have its name.
+TEST_F(BlocksPosix, ANameThatIsTooLongForAFileIsWrongUsage) {
+    expect_refusal({"receive", "a", path(std::string(300, 'n'))}, 2, {"can't be written"});
+    EXPECT_EQ(files(), Words{});
+}
+
 TEST_F(BlocksPosix, ADeviceIsWrittenToAsItStands) {
     run({"send", "a", file("a", noise(10000))});
     expect_refusal({"receive", "a", "/dev/full", "--force"}, 2, {"/dev/full can't be written", "space"});
