@@ -67,7 +67,7 @@ TEST_F(KilledSaveTest, AtAnyMoment) {
     std::uniform_int_distribution<int> microseconds(0, 6000);
     for (int round = 0; round < rounds; ++round) {
         Process saver(SAVER, {m_path});
-        ASSERT_TRUE(saver.wait_for("saved\n"));
+        ASSERT_TRUE(saver.wait_for("saved"));
         const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(microseconds(random));
         while (std::chrono::steady_clock::now() < end) {
         }
