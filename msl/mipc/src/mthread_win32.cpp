@@ -42,15 +42,21 @@ private:
     kesh::ThreadMutex& m_mutex;
 };
 
+// Ends with the process, or with the library that this code stands in; whoever is listed then is never
+// joined.
 struct ThreadList {
+    ThreadList() { static_cast<void>(os::threads()); }  // they outlive the list
+    ~ThreadList() {
+        for (const auto& [id, handle] : handles) os::threads().close(handle);
+    }
+
     kesh::ThreadMutex mutex;
     std::map<std::uint32_t, os::ThreadHandle> handles OS_GUARDED_BY(mutex);
 };
 
-// Never destroyed: a thread may outlive the process's statics.
 ThreadList& thread_list() {
-    static ThreadList* const list = new ThreadList;
-    return *list;
+    static ThreadList list;
+    return list;
 }
 
 enum class Lookup { Found, Unknown, Failed };
