@@ -194,9 +194,7 @@ TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
 }
 
 TEST_P(Loss, NoThreadIsLeftBehind) {
-    std::thread([] {}).join();  // a sanitizer may start a thread of its own with the first
-    const std::ptrdiff_t before = test_support::thread_count();
-    for (const Way& way : ways()) {
+    const auto lose = [this](const Way& way) {
         Signal connected;
         play([&](Peer& peer) {
             peer.hello();
@@ -204,15 +202,21 @@ TEST_P(Loss, NoThreadIsLeftBehind) {
             way.lose(peer);
         });
         connected.set();
-        SCOPED_TRACE(way.name);
         if (way.name != "silent") {
             EXPECT_TRUE(record.wait_for(1));
         }
         record.clear();
         finish();
+    };
+    // Some threads come with the first time and stay: a sanitizer's own, on Windows one for the server's
+    // timers.
+    lose(ways().front());
+    const std::ptrdiff_t before = test_support::thread_count();
+    for (const Way& way : ways()) {
+        SCOPED_TRACE(way.name);
+        lose(way);
         EXPECT_TRUE(test_support::threads_sink_to(before)) << way.name;
     }
-    finish();
 }
 
 INSTANTIATE_TEST_SUITE_P(Transports, Loss, testing::ValuesIn(test::all_transports()), test::road_name);
