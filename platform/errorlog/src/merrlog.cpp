@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "kept_text.h"
+#include "os/thread_text.h"
 #include "printf_text.h"
 #include "rotating_log.h"
 
@@ -17,7 +17,7 @@ RotatingLog& error_log() {
 }
 
 struct Place {
-    KeptText source;
+    os::ThreadText<256> source;
     int line = 0;
 };
 

@@ -6,15 +6,15 @@
 #include <utility>
 #include <vector>
 
-#include "kept_text.h"
 #include "merrlog.h"
+#include "os/thread_text.h"
 #include "printf_text.h"
 
 namespace {
 
 struct Place {
     int level = 0;
-    KeptText source;
+    os::ThreadText<256> source;
     int line = 0;
 };
 
@@ -28,7 +28,7 @@ struct Context {
     std::vector<Record> records;
 };
 
-// Neither has a destructor: kept_text.h says why.
+// Neither has a destructor: os/thread_text.h says why.
 thread_local Place next_place;
 thread_local Context* innermost = nullptr;
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "kept_text.h"
 #include "os/mutex.h"
+#include "os/thread_text.h"
 #include "printf_text.h"
 #include "rotating_log.h"
 
@@ -46,9 +46,9 @@ Levels& levels() {
 std::atomic<int> master_level{0};
 
 struct Place {
-    KeptText file;
+    os::ThreadText<256> file;
     int line = 0;
-    KeptText channel;
+    os::ThreadText<256> channel;
     int level = 0;
 };
 

@@ -1,10 +1,10 @@
 // The host's questions about axes: which may go together, keypad, spin, initialisation, wobble and autoinfo.
 #include <algorithm>
-#include <array>
 
 #include "drivertrace.h"
 #include "errtrace.h"
 #include "m2zendrixmachabstract.h"
+#include "os/thread_text.h"
 
 namespace {
 
@@ -21,18 +21,8 @@ std::string axes_to_string(const AxisSet& axes) {
     return text;
 }
 
-// The name that a thread was handed last. No object with a destructor: MinGW's run-time library frees a
-// thread's memory before it destroys the thread's objects. A longer name is cut.
-class KeptName {
-public:
-    const char* keep(const std::string& name) {
-        m_text[name.copy(m_text.data(), m_text.size() - 1)] = '\0';
-        return m_text.data();
-    }
-
-private:
-    std::array<char, 4096> m_text;
-};
+// The name that a thread was handed last; a longer one is cut.
+using KeptName = os::ThreadText<4096>;
 
 // Takes one step of a walk: copies the name it stands on, null at the end.
 const char* take_name(const std::set<std::string>& names, std::set<std::string>::iterator& next,
