@@ -156,7 +156,9 @@ protected:
         return client->ReplyLineCount(tid) > 0;
     }
 
-    std::size_t part() const { return GetParam().name == "serialPosix" ? 115200 / 7 : std::size_t{256} << 10; }
+    std::size_t part() const {
+        return GetParam().name == "serialPosix" ? 115200 / 7 : std::size_t{256} << 10;
+    }
 };
 
 TEST_P(Blocks, AHundredMegabytesOfBase64Arrive) {
@@ -341,16 +343,8 @@ TEST_P(Blocks, ABlockOverTheBoundIsGivenUpAndTheClientGoesOn) {
     long first = 0;
     long second = 0;
     // The host's command must find its receiver to come to its end.
-    struct Look {
-        CZendrixCOM& client;
-        test::Record& record;
-    } look{*client, record};
-    client->SetCommandCompleteCallback(
-        [](void* user, long id) {
-            const Look& at = *static_cast<Look*>(user);
-            at.record.add((at.client.HasReceiver(id) ? "complete " : "no receiver ") + std::to_string(id));
-        },
-        &look);
+    test::CompletionLook look{*client, record};
+    look.install();
     EXPECT_TRUE(client->Receive("block", data, &first));
     EXPECT_TRUE(client->Master());
     EXPECT_FALSE(client->TakeReplyLine(first, data));

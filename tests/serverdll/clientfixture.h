@@ -95,6 +95,22 @@ private:
     std::vector<std::thread::id> m_threads;
 };
 
+// Records each completion with whether its receiver is there at that moment. It must outlive the callback.
+struct CompletionLook {
+    CZendrixCOM& client;
+    Record& record;
+
+    void install() {
+        client.SetCommandCompleteCallback(
+            [](void* user, long id) {
+                const CompletionLook& at = *static_cast<CompletionLook*>(user);
+                at.record.add((at.client.HasReceiver(id) ? "complete " : "no receiver ") +
+                              std::to_string(id));
+            },
+            this);
+    }
+};
+
 // Something that one thread waits for and another sets.
 class Signal {
 public:

@@ -208,8 +208,7 @@ TEST_P(Loss, NoThreadIsLeftBehind) {
         record.clear();
         finish();
     };
-    // Some threads come with the first time and stay: a sanitizer's own, on Windows one for the server's
-    // timers.
+    // Some threads come with the first time and stay, a sanitizer's own for one.
     lose(ways().front());
     const std::ptrdiff_t before = test_support::thread_count();
     for (const Way& way : ways()) {

@@ -481,25 +481,18 @@ TEST_F(ClientFixture, AReceivedBlockWaitsLineByLine) {
     EXPECT_EQ(data, "untouched");
 
     // The receiver of an empty block is still there when its completion is told.
-    struct Look {
-        CZendrixCOM& client;
-        test::Record& record;
-    } look{*client, record};
-    client->SetCommandCompleteCallback(
-        [](void* user, long id) {
-            const Look& at = *static_cast<Look*>(user);
-            at.record.add(at.client.HasReceiver(id) ? "there" : "gone");
-        },
-        &look);
+    test::CompletionLook look{*client, record};
+    look.install();
     EXPECT_TRUE(client->SetSync3(ZX_SYNC));
-    EXPECT_TRUE(client->Receive("empty", data, &tid));
+    long empty = 0;
+    EXPECT_TRUE(client->Receive("empty", data, &empty));
     EXPECT_EQ(data, "");
     EXPECT_TRUE(client->Receive("both", data, &tid));
     EXPECT_EQ(data, "onetwo");
     EXPECT_EQ(client->ReplyLineCount(tid), 2U);
     ASSERT_TRUE(record.wait_for(3));
-    EXPECT_EQ(record.all()[1], "there");
-    EXPECT_EQ(record.all()[2], "there");
+    EXPECT_EQ(record.all()[1], "complete " + std::to_string(empty));
+    EXPECT_EQ(record.all()[2], "complete " + std::to_string(tid));
     finish();
 }
 

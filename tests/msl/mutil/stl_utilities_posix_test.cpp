@@ -2,21 +2,12 @@
 #include <cwchar>
 #include <system_error>
 
+#include "format_through_va.h"
 #include "reports.h"
-#include "stl_utilities.h"
 
 namespace {
 
 using StlUtilitiesTestPosix = ReportsTest;
-
-OS_PRINTF_FORMAT(1, 2)
-std::string format_through_va(const char* format, ...) {
-    va_list args;
-    va_start(args, format);
-    std::string text = stl_string_format_va(format, args);
-    va_end(args);
-    return text;
-}
 
 // Other systems' formats leave out what they can't tell.
 TEST_F(StlUtilitiesTestPosix, AFormatThatCannotBeCarriedOutIsReportedToTheLog) {

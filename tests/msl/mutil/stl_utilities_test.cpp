@@ -1,8 +1,8 @@
-#include "stl_utilities.h"
 
 #include <cmath>
 #include <limits>
 
+#include "format_through_va.h"
 #include "reports.h"
 
 namespace {
@@ -23,15 +23,6 @@ std::string applied(void (*function)(std::string&), std::string text) {
 template <class... Arguments>
 std::string appended(std::string text, Arguments... arguments) {
     stl_string_append(text, arguments...);
-    return text;
-}
-
-OS_PRINTF_FORMAT(1, 2)
-std::string format_through_va(const char* format, ...) {
-    va_list args;
-    va_start(args, format);
-    std::string text = stl_string_format_va(format, args);
-    va_end(args);
     return text;
 }
 
