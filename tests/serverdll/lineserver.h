@@ -91,6 +91,7 @@ struct Transport {
     std::string name;
     std::function<std::unique_ptr<Server>(Script)> serve;
     bool greets = true;  // the hello comes by itself and first, so whatever else comes first is wrong
+    bool keeps = true;   // what was sent before a close still comes; a plug that is pulled takes it along
 };
 
 // On TCP, at a free port of the loopback address.

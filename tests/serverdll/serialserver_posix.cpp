@@ -31,21 +31,28 @@ public:
     // A line in software blocks when nobody reads from it any more: the farewell ends that, too.
     void send(std::string_view bytes) override {
         bool is_written = false;
-        asio::async_write(m_stream, asio::buffer(bytes), [&](const asio::error_code&, std::size_t) {
-            is_written = true;
-            m_stream.cancel();
-        });
+        // Step by step, as a cancel between two steps is seen by neither.
+        const std::function<void()> write = [&] {
+            is_written = bytes.empty() || has_farewell();
+            if (is_written) return m_stream.cancel();
+            m_stream.async_write_some(asio::buffer(bytes),
+                                      [&](const asio::error_code& error, std::size_t count) {
+                                          bytes.remove_prefix(error ? bytes.size() : count);
+                                          write();
+                                      });
+        };
         const std::function<void()> listen = [&] {
             m_stream.async_read_some(asio::buffer(m_bytes),
                                      [&](const asio::error_code& error, std::size_t count) {
                                          m_input.append(m_bytes.data(), count);
-                                         if (m_input.find(farewell) != std::string::npos)
+                                         if (has_farewell())
                                              m_stream.cancel();
                                          else if (!error && !is_written)
                                              listen();
                                      });
         };
         listen();
+        write();
         run();
     }
 
@@ -58,6 +65,8 @@ public:
     void reset() override { close(); }
 
 private:
+    bool has_farewell() const { return m_input.find(farewell) != std::string::npos; }
+
     os::PseudoTerminal& m_terminal;
     std::array<char, 4096> m_bytes{};
 };
@@ -92,6 +101,6 @@ std::unique_ptr<Server> serve_serial(Script script) {
     return std::make_unique<SerialServer>(std::move(script));
 }
 
-std::vector<Transport> transports_of_the_system() { return {{"serialPosix", serve_serial, false}}; }
+std::vector<Transport> transports_of_the_system() { return {{"serialPosix", serve_serial, false, false}}; }
 
 }  // namespace test
