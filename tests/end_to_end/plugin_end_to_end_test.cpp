@@ -74,16 +74,6 @@ void take_a_turn(SimulatedMachine& machine) {
     output.clear();
 }
 
-// The server forgets a client a moment after that has gone.
-bool handles_sink_to(std::ptrdiff_t count) {
-    const auto end = std::chrono::steady_clock::now() + host_patience;
-    while (test_support::handle_count() > count) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::yield();
-    }
-    return true;
-}
-
 TEST(PluginEndToEnd, AThousandTurnsLeaveNoThreadAndNoHandle) {
     SimulatedMachine machine;
     constexpr int turns = 1000;
@@ -98,7 +88,8 @@ TEST(PluginEndToEnd, AThousandTurnsLeaveNoThreadAndNoHandle) {
     }
     EXPECT_TRUE(test_support::threads_sink_to(threads))
         << test_support::thread_count() << ", not " << threads;
-    EXPECT_TRUE(handles_sink_to(handles)) << test_support::handle_count() << ", not " << handles;
+    EXPECT_TRUE(test_support::handles_sink_to(handles))
+        << test_support::handle_count() << ", not " << handles;
     EXPECT_FALSE(test_support::has_loaded(std::filesystem::path(PLUGIN_FILE).filename().string()));
 }
 

@@ -14,6 +14,15 @@ bool threads_sink_to(std::ptrdiff_t count);
 
 // Open files and whatever else the system counts by handles.
 std::ptrdiff_t handle_count();
+
+// How many of them may come by chance and stay: on Windows a lock keeps an event from the first moment on in
+// which two threads meet at it. Tests therefore take more turns than that.
+extern const std::ptrdiff_t handles_of_locks;
+
+// Waits until there are no more handles than these and those of locks; a server forgets a client a moment
+// after that has gone. False if that takes too long.
+bool handles_sink_to(std::ptrdiff_t count);
+
 std::ptrdiff_t socket_count();
 
 // Is a library from a file of this name in memory?

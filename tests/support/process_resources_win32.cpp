@@ -35,6 +35,8 @@ std::ptrdiff_t thread_count() {
     return count;
 }
 
+const std::ptrdiff_t handles_of_locks = 3;
+
 std::ptrdiff_t handle_count() {
     return count_handles([](HANDLE handle) {
         DWORD flags = 0;
