@@ -76,6 +76,13 @@ endforeach()
 execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libstdc++-6.dll
     OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 get_filename_component(runtime ${runtime} DIRECTORY)
-set(ZX_WINDOWS_RUNTIME ${runtime}/libstdc++-6.dll ${runtime}/libgcc_s_seh-1.dll
-    ${CMAKE_FIND_ROOT_PATH}/lib/libwinpthread-1.dll ${CMAKE_FIND_ROOT_PATH}/lib/zlib1.dll)
-file(COPY ${ZX_WINDOWS_RUNTIME} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+file(MAKE_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+set(ZX_WINDOWS_RUNTIME)
+foreach(file ${runtime}/libstdc++-6.dll ${runtime}/libgcc_s_seh-1.dll ${CMAKE_FIND_ROOT_PATH}/lib/libwinpthread-1.dll
+        ${CMAKE_FIND_ROOT_PATH}/lib/zlib1.dll)
+    get_filename_component(name ${file} NAME)
+    list(APPEND ZX_WINDOWS_RUNTIME ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name})
+    # Without what only debuggers read, nine tenths of it.
+    execute_process(COMMAND ${CMAKE_STRIP} -o ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name} ${file}
+        COMMAND_ERROR_IS_FATAL ANY)
+endforeach()

@@ -291,7 +291,7 @@ TEST_P(Blocks, AServerThatStopsInTheMiddleOfASendingIsLost) {
 }
 
 TEST_P(Blocks, AServerThatStopsInTheMiddleOfABlockIsLost) {
-    test::Signal stop;
+    Gate stop;
     play([&](Peer& peer) {
         peer.hello();
         const Request request = peer.expect("receive \"block\"", {"accepted", "data base64 \"QUJD\""});
@@ -303,7 +303,7 @@ TEST_P(Blocks, AServerThatStopsInTheMiddleOfABlockIsLost) {
     long tid = 0;
     EXPECT_TRUE(client->Receive("block", data, &tid));
     EXPECT_TRUE(wait_for_line(tid));
-    stop.set();
+    stop.open();
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"complete 0"});
     EXPECT_TRUE(client->HasReceiver(tid));

@@ -9,7 +9,6 @@ namespace {
 
 using test::Peer;
 using test::Request;
-using test::Signal;
 using Texts = std::vector<std::string>;
 using std::chrono::milliseconds;
 
@@ -124,32 +123,32 @@ TEST_P(Assumptions, AnErrorIsToldBeforeTheCallFails) {
 
 TEST_P(Assumptions, TheWaitForTheErrorCallbackIsBounded) {
     options().error_callback = milliseconds(50);
-    Signal held;
+    Gate held;
     play([](Peer& peer) {
         peer.hello();
         peer.line("0000\tevent \"hold\"");
         peer.expect("get \"x\"", {"error \"unknown axis\"", "ready"});
         peer.wait_for_close();
     });
-    Signal inside;
-    std::pair<Signal*, Signal*> signals{&inside, &held};
+    Gate inside;
+    std::pair<Gate*, Gate*> gates{&inside, &held};
     client->SetAsyncCallback(
         [](void* user, const char*) {
-            auto& [in, out] = *static_cast<std::pair<Signal*, Signal*>*>(user);
-            in->set();
+            auto& [in, out] = *static_cast<std::pair<Gate*, Gate*>*>(user);
+            in->open();
             out->wait();
         },
-        &signals);
+        &gates);
     // The event may have come before the callback was there; then nothing holds the error up.
     double value = 0.0;
     EXPECT_FALSE(client->Get("x", &value));
-    held.set();
+    held.open();
     ASSERT_TRUE(record.wait_for(1));
     finish();
 }
 
 TEST_P(Assumptions, ModeSyncWaitsForTheEnd) {
-    Signal go;
+    Gate go;
     std::atomic<bool> ended = false;
     play([&](Peer& peer) {
         peer.hello();
@@ -167,7 +166,7 @@ TEST_P(Assumptions, ModeSyncWaitsForTheEnd) {
     EXPECT_EQ(mode, ZX_SYNC);
     long tid = 0;
     auto call = std::async(std::launch::async, [&] { return client->Init(&tid); });
-    go.set();
+    go.open();
     EXPECT_TRUE(call.get());
     EXPECT_TRUE(ended);
     const std::string first = std::to_string(tid);
@@ -278,14 +277,14 @@ TEST_P(Assumptions, ReplacingReturnsOnlyWhenTheOldCallbackIsNotRunning) {
         peer.wait_for_close();
     });
     struct State {
-        Signal inside;
-        Signal leave;
+        Gate inside;
+        Gate leave;
         std::atomic<bool> left = false;
     } state;
     client->SetAsyncCallback(
         [](void* user, const char*) {
             State& at = *static_cast<State*>(user);
-            at.inside.set();
+            at.inside.open();
             at.leave.wait();
             at.left = true;
         },
@@ -297,7 +296,7 @@ TEST_P(Assumptions, ReplacingReturnsOnlyWhenTheOldCallbackIsNotRunning) {
         return state.left.load();
     });
     EXPECT_EQ(replaced.wait_for(milliseconds(20)), std::future_status::timeout);
-    state.leave.set();
+    state.leave.open();
     EXPECT_TRUE(replaced.get());
     EXPECT_TRUE(client->Master());
     ASSERT_TRUE(record.wait_for(1));
@@ -351,11 +350,11 @@ TEST_P(Assumptions, CallbacksAreFetchedAsTheyWereSet) {
 }
 
 TEST_P(Assumptions, ClosingFailsThoseWhoWait) {
-    Signal arrived;
+    Gate arrived;
     play([&arrived](Peer& peer) {
         peer.hello();
         for (int i = 0; i < 3; ++i) peer.next();
-        arrived.set();
+        arrived.open();
         peer.wait_for_close();
     });
     client->ThrowExceptions(true);
@@ -388,13 +387,13 @@ TEST_P(Assumptions, NoCallbackRunsAfterClosing) {
         std::atomic<bool> closed = false;
         std::atomic<int> count = 0;
         std::atomic<int> late = 0;
-        Signal some;
+        Gate some;
     } state;
     client->SetAsyncCallback(
         [](void* user, const char*) {
             State& at = *static_cast<State*>(user);
             if (at.closed) ++at.late;
-            if (++at.count == 10) at.some.set();
+            if (++at.count == 10) at.some.open();
         },
         &state);
     EXPECT_TRUE(client->Master());
@@ -406,13 +405,13 @@ TEST_P(Assumptions, NoCallbackRunsAfterClosing) {
 }
 
 TEST_P(Assumptions, ACallInsideACallbackFailsWhenTheClientIsClosed) {
-    Signal arrived;
+    Gate arrived;
     play([&](Peer& peer) {
         peer.hello();
         peer.expect("master", {"ready"});
         peer.line("0000\tevent \"go\"");
         peer.expect("get \"x\"");
-        arrived.set();
+        arrived.open();
         peer.wait_for_close();
     });
     Inside inside{*client, record};
@@ -517,7 +516,7 @@ TEST_P(Assumptions, MessagesThatComeLateAreToldWithTheirId) {
 
 TEST_P(Assumptions, AnAnswerThatNeverComesEndsTheCallAndIsDroppedLater) {
     options().answer = milliseconds(400);
-    Signal late;
+    Gate late;
     play([&](Peer& peer) {
         peer.hello();
         const Request get = peer.expect("get \"x\"");
@@ -535,7 +534,7 @@ TEST_P(Assumptions, AnAnswerThatNeverComesEndsTheCallAndIsDroppedLater) {
     EXPECT_EQ(tid, 0);
     ASSERT_EQ(record.all().size(), 2U);
     EXPECT_EQ(record.all()[0], "error 0 the server doesn't answer");
-    late.set();
+    late.open();
     EXPECT_TRUE(client->Master());
     EXPECT_EQ(record.all().size(), 2U);
     EXPECT_TRUE(client->HasConnection());

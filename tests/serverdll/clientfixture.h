@@ -16,6 +16,7 @@
 
 #include "clientoptions.h"
 #include "czendrixcom.h"
+#include "gate.h"
 #include "lineserver.h"
 #include "process_resources.h"
 #include "recording_facilities.h"
@@ -109,31 +110,6 @@ struct CompletionLook {
             },
             this);
     }
-};
-
-// Something that one thread waits for and another sets.
-class Signal {
-public:
-    void set() {
-        const std::lock_guard guard(m_lock);
-        m_set = true;
-        m_changed.notify_all();
-    }
-
-    bool wait() {
-        std::unique_lock lock(m_lock);
-        return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_set; });
-    }
-
-    bool is_set() {
-        const std::lock_guard guard(m_lock);
-        return m_set;
-    }
-
-private:
-    std::mutex m_lock;
-    std::condition_variable m_changed;
-    bool m_set = false;
 };
 
 // The text that a call throws, or "no exception".

@@ -11,14 +11,14 @@ protected:
     // The text of a call on a client whose hello has failed.
     // The script begins when the client waits for the hello.
     std::string without_hello(test::Script script) {
-        test::Signal connected;
+        Gate connected;
         server = serve_script([&](Peer& peer) {
             connected.wait();
             script(peer);
         });
         client = std::make_unique<CZendrixCOM>(
             [](void* user, const char* text) {
-                if (std::string(text).starts_with("connected")) static_cast<test::Signal*>(user)->set();
+                if (std::string(text).starts_with("connected")) static_cast<Gate*>(user)->open();
             },
             &connected, server->connection_string().c_str(), nullptr);
         record.install(*client);
@@ -140,14 +140,14 @@ TEST_P(Connecting, AServerThatSaysNoHelloIsNone) {
 }
 
 TEST_P(Connecting, WhatComesRightBehindTheHelloIsNotLost) {
-    test::Signal go;
+    Gate go;
     play([&go](Peer& peer) {
         peer.send("0000\thello \"Fake\" 2.2 machine\r\n0000\tevent \"ear");
         go.wait();
         peer.send("ly\"\r\n");
         peer.wait_for_close();
     });
-    go.set();
+    go.open();
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), std::vector<std::string>{"event early"});
     finish();

@@ -9,7 +9,6 @@ namespace {
 
 using test::Peer;
 using test::Request;
-using test::Signal;
 using Texts = std::vector<std::string>;
 using std::chrono::milliseconds;
 
@@ -119,14 +118,14 @@ TEST_P(Loss, IsNoticedWhenNobodyAsks) {
     for (const Way& way : ways()) {
         SCOPED_TRACE(way.name);
         test::Record told;
-        Signal ready;
+        Gate ready;
         play([&](Peer& peer) {
             peer.hello();
             ready.wait();
             way.lose(peer);
         });
         told.install(*client);
-        ready.set();
+        ready.open();
         ASSERT_TRUE(told.wait_for(1));
         EXPECT_EQ(told.all(), Texts{"complete 0"});
         EXPECT_FALSE(client->HasConnection());
@@ -137,13 +136,13 @@ TEST_P(Loss, IsNoticedWhenNobodyAsks) {
 
 TEST_P(Loss, AServerThatAnswersItsHeartbeatsIsAlive) {
     options().heartbeat = milliseconds(100);
-    Signal enough;
+    Gate enough;
     play([&enough](Peer& peer) {
         peer.hello();
         peer.tells_ping = true;
         for (int i = 0; i < 5; ++i) peer.expect("ping", {"ready"});
         peer.tells_ping = false;
-        enough.set();
+        enough.open();
         peer.wait_for_close();
     });
     ASSERT_TRUE(enough.wait());
@@ -172,7 +171,7 @@ TEST_P(Loss, ACallerWhoWaitsForLongKeepsTheHeartbeat) {
 TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
     options().write = milliseconds(200);
     options().heartbeat = milliseconds(60000);
-    Signal done;
+    Gate done;
     play([&done](Peer& peer) {
         peer.hello();
         done.wait();
@@ -188,7 +187,7 @@ TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
         }));
     }
     for (auto& call : calls) EXPECT_EQ(call.get(), "machine connection lost: the server takes no requests");
-    done.set();
+    done.open();
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"complete 0"});
     finish();
@@ -196,13 +195,13 @@ TEST_P(Loss, AServerThatTakesNoRequestsIsLostInTime) {
 
 TEST_P(Loss, NoThreadIsLeftBehind) {
     const auto lose = [this](const Way& way) {
-        Signal connected;
+        Gate connected;
         play([&](Peer& peer) {
             peer.hello();
             connected.wait();
             way.lose(peer);
         });
-        connected.set();
+        connected.open();
         if (way.name != "silent") {
             EXPECT_TRUE(record.wait_for(1));
         }

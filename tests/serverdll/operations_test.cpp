@@ -451,7 +451,7 @@ TEST_F(ClientFixture, AnAnswerOfAnotherShapeIsAFailure) {
 }
 
 TEST_F(ClientFixture, AReceivedBlockWaitsLineByLine) {
-    test::Signal go;
+    Gate go;
     play([&go](Peer& peer) {
         peer.hello();
         const test::Request request =
@@ -467,7 +467,7 @@ TEST_F(ClientFixture, AReceivedBlockWaitsLineByLine) {
     EXPECT_FALSE(client->HasReceiver(1));
     EXPECT_TRUE(client->Receive("b", data, &tid));
     EXPECT_TRUE(client->HasReceiver(tid));
-    go.set();
+    go.open();
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(client->ReplyLineCount(tid), 2U);
     EXPECT_EQ(client->PerLineSize(), 13U);

@@ -7,7 +7,6 @@ namespace {
 
 using test::Peer;
 using test::Request;
-using test::Signal;
 using Texts = std::vector<std::string>;
 using std::chrono::milliseconds;
 
@@ -117,13 +116,13 @@ TEST_F(Scanning, ARemovedCallbackGetsNoFurtherPoint) {
         std::atomic<int> count = 0;
         std::atomic<bool> removed = false;
         std::atomic<int> late = 0;
-        Signal some;
+        Gate some;
     } state;
     client->SetScanCallback(
         [](void* user, unsigned, double* const) {
             State& at = *static_cast<State*>(user);
             if (at.removed) ++at.late;
-            if (++at.count == 10) at.some.set();
+            if (++at.count == 10) at.some.open();
         },
         &state);
     long tid = 0;
@@ -138,14 +137,14 @@ TEST_F(Scanning, ARemovedCallbackGetsNoFurtherPoint) {
 
 // A callback that stays away for a while, and what a server can send meanwhile.
 struct Blocked {
-    Signal inside;
-    Signal leave;
+    Gate inside;
+    Gate leave;
     std::atomic<long> points = 0;
 
     static void callback(void* user, unsigned, double* const) {
         Blocked& at = *static_cast<Blocked*>(user);
         if (at.points++ > 0) return;
-        at.inside.set();
+        at.inside.open();
         at.leave.wait();
     }
 };
@@ -154,8 +153,8 @@ TEST_F(Scanning, ABlockedCallbackMakesTheServerWaitAndLosesNothing) {
     options().queue_pause = 100000;
     Blocked blocked;
     std::atomic<long> sent = 0;
-    Signal full;
-    Signal drained;
+    Gate full;
+    Gate drained;
     play([&](Peer& peer) {
         peer.hello();
         const Request request = peer.expect("scan", {"accepted"});
@@ -169,7 +168,7 @@ TEST_F(Scanning, ABlockedCallbackMakesTheServerWaitAndLosesNothing) {
             if (count == 0) std::this_thread::sleep_for(milliseconds(10));
             rest.erase(0, count);
         }
-        full.set();
+        full.open();
         peer.send(rest);
         peer.answer(request, {"ready"});
         peer.expect("get \"x\"", {"data 1", "ready"});
@@ -184,7 +183,7 @@ TEST_F(Scanning, ABlockedCallbackMakesTheServerWaitAndLosesNothing) {
     // A caller who waits reads on, over the bound.
     double value = 0.0;
     EXPECT_TRUE(client->Get("x", &value));
-    blocked.leave.set();
+    blocked.leave.open();
     ASSERT_TRUE(record.wait_for(1));
     EXPECT_EQ(record.all(), Texts{"complete " + std::to_string(tid)});
     EXPECT_EQ(blocked.points, sent);
@@ -215,7 +214,7 @@ TEST_F(Scanning, AQueueOverItsLimitEndsTheConnection) {
     EXPECT_EQ(test::thrown([&] { client->Get("x", &value); }),
               "machine connection lost: the callbacks are too far behind");
     EXPECT_FALSE(client->HasConnection());
-    blocked.leave.set();
+    blocked.leave.open();
     ASSERT_TRUE(record.wait_for(2));
     EXPECT_EQ(record.all(), (Texts{"error " + std::to_string(tid) + " scan: points lost", "complete 0"}));
     finish();

@@ -22,13 +22,8 @@ public:
         return m_open;
     }
 
-    void wait() {
-        os::WaitLock lock(m_mutex);
-        while (!m_open) lock.wait(m_opened);
-    }
-
-    // False when the time is over.
-    bool wait_for(std::chrono::steady_clock::duration at_most) {
+    // False when that takes too long.
+    bool wait(std::chrono::steady_clock::duration at_most = std::chrono::seconds(30)) {
         const auto end = std::chrono::steady_clock::now() + at_most;
         os::WaitLock lock(m_mutex);
         while (!m_open && lock.wait_until(m_opened, end)) continue;

@@ -149,7 +149,7 @@ TEST_F(RacesTest, OverlappingRefreshesDoNotWait) {
         leave.wait();
     });
     std::thread first([&] { script.fire_complete(1); });
-    EXPECT_TRUE(entered.wait_for(bound));
+    EXPECT_TRUE(entered.wait(bound));
     auto second = std::async(std::launch::async, [&] { script.fire_complete(2); });
     EXPECT_EQ(second.wait_for(bound), std::future_status::ready);
     EXPECT_EQ(driver->finished_ids(), std::set<long>{2}) << "the first is still in its query";
@@ -170,7 +170,7 @@ TEST_F(RacesTest, ARefreshOfTheInitListHoldsUpNothingElse) {
         leave.wait();
     });
     std::thread client([&] { script.fire_async("capabilities changed"); });
-    EXPECT_TRUE(entered.wait_for(bound));
+    EXPECT_TRUE(entered.wait(bound));
     EXPECT_TRUE(driver->HasInitList());
     EXPECT_EQ(driver->GetAxisInfo("x"), nullptr);
     driver->PollAsyncErrors();
