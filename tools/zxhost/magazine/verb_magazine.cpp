@@ -6,13 +6,11 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "errtrace.h"
 #include "exit_status.h"
 #include "known_names.h"
 #include "list_verb.h"
-#include "magazine_check.h"
-#include "magazine_machine.h"
 #include "number_text.h"
+#include "open_magazine.h"
 #include "verb_host.h"
 #include "verbs.h"
 
@@ -26,13 +24,6 @@ struct MagazineOptions {
     bool all = false;
 };
 
-struct MagazineSystem {
-    std::string name;
-    long id = 0;
-
-    std::string text() const { return fmt::format("'{}' with id {}", printable(name), id); }
-};
-
 std::uint32_t number_of(const std::string& text, const char* what) {
     const auto number = whole_number_from(text);
     if (!number || *number < 0)
@@ -40,103 +31,6 @@ std::uint32_t number_of(const std::string& text, const char* what) {
                         "write a whole number, 0 or greater");
     return static_cast<std::uint32_t>(*number);
 }
-
-[[noreturn]] void refuse_damaged_file(const std::string& file, const MagazineFinding& fault) {
-    const std::string where = fault.line ? fmt::format("{}:{}", file, fault.line) : file;
-    throw HostError(ExitStatus::MachineError, where + ": " + fault.text,
-                    "mend the file, then look again with: zxhost magazine check " + file);
-}
-
-// The file behind the machine's own operations.
-class OpenMagazine {
-public:
-    template <class Function>
-    auto ask(Function&& function) {
-        return m_host.ask("the magazine", std::forward<Function>(function));
-    }
-
-    OpenMagazine(VerbHost& host, const MagazineOptions& options)
-        : m_host(host), m_file(options.file), m_machine(host.machine(), options.file) {
-        check_has(host.machine().HasProbesystems(), "probe systems");
-        m_verdict = ask([&] { return check_magazine(m_file, host.machine()); });
-        if (m_verdict.fault) refuse_damaged_file(m_file, *m_verdict.fault);
-        if (!ask([&] { return m_machine.database().Open(); })) refuse_unread();
-        if (!options.system.empty()) choose(options.system);
-    }
-
-    MagazineMachine& machine() { return m_machine; }
-    const std::string& file() const { return m_file; }
-
-    // The one that the operations are about. Throws HostError if none is loaded and none was named.
-    MagazineSystem system() {
-        if (m_chosen.name.empty() && !ask([&] { return m_host.machine().IsProbesystemLoaded(); }))
-            throw HostError(
-                ExitStatus::MachineError, "no probe system is loaded",
-                "name one with --system NAME ID, or load one with: zxhost probesystem load NAME ID");
-        return ask([&] {
-            return MagazineSystem{m_machine.GetActiveProbesystemName(),
-                                  m_machine.GetActiveProbesystemIdNum()};
-        });
-    }
-
-    void check_slot(std::uint32_t slot) {
-        const MagazineSystem of = system();
-        if (ask([&] { return m_machine.IsSlotDefined(slot); })) return;
-        KnownNames known{"slot", {}, "magazine show " + m_file};
-        for (const auto& [number, probe] : ask([&] { return m_machine.GetSlots("", 0); }))
-            known.names.push_back(std::to_string(number));
-        throw HostError(ExitStatus::MachineError,
-                        fmt::format("{} has no slot {} for the probe system {}", m_file, slot, of.text()),
-                        known.names.empty() ? "it has none for it; slots are made by writing the file"
-                                            : "it has: " + names_text(known.names));
-    }
-
-    // Throws HostError where a change would spoil the file.
-    void check_change() {
-        if (!m_machine.database().IsFileRead()) refuse_unread();
-        if (!m_verdict.remarks.empty()) refuse_damaged_file(m_file, m_verdict.remarks.front());
-    }
-
-    // `change` makes one change and tells whether it is in the file.
-    template <class Change>
-    void change(Change&& change) {
-        MErrTraceContext context("verb_magazine.cpp");
-        if (ask(std::forward<Change>(change))) return;
-        context.DumpToMErrLog(__LINE__, "magazine: %s is not changed", m_file.c_str());
-        const bool is_known = m_machine.database().IsFileRead();
-        throw HostError(
-            ExitStatus::WrongUsage,
-            fmt::format("the change can't be written to {}{}", m_file,
-                        is_known ? ", which stays as it was" : ", and what is in it now can't be read"),
-            "may you write in its directory, and is there room? The error log has the reason");
-    }
-
-private:
-    [[noreturn]] void refuse_unread() {
-        throw HostError(ExitStatus::WrongUsage,
-                        "the magazine file " + m_file + " can't be read, and a change would write it anew",
-                        "look at it with: zxhost magazine check " + m_file);
-    }
-
-    void choose(const std::vector<std::string>& words) {
-        const auto id = whole_number_from(words[1]);
-        if (!id)
-            throw HostError(ExitStatus::WrongUsage,
-                            "'" + printable(words[1]) + "' is not the id of a probe system",
-                            "write: --system NAME ID");
-        m_chosen = {words[0], *id};
-        if (!ask([&] { return m_host.machine().IsProbesystemIdDefined(m_chosen.name, m_chosen.id); }))
-            throw HostError(ExitStatus::MachineError, "this machine has no probe system " + m_chosen.text(),
-                            "see its probe systems with: zxhost probesystems");
-        m_machine.choose(m_chosen.name, m_chosen.id);
-    }
-
-    VerbHost& m_host;
-    const std::string m_file;
-    MagazineMachine m_machine;
-    MagazineVerdict m_verdict;
-    MagazineSystem m_chosen;
-};
 
 Json program_json(bool has, const std::string& program) { return has ? Json(program) : Json(); }
 
@@ -176,7 +70,7 @@ void show_system(VerbHost& host, OpenMagazine& magazine) {
 }
 
 void show_magazine(VerbHost& host, const MagazineOptions& options) {
-    OpenMagazine magazine(host, options);
+    OpenMagazine magazine(host, options.file, options.system);
     if (!options.system.empty()) return show_system(host, magazine);
     const auto systems = magazine.ask([&] { return host.machine().ListProbesystems("", 0); });
     Json rows = Json::array();
@@ -206,7 +100,7 @@ void check_file(VerbHost& host, const MagazineOptions& options) {
         for (const MagazineFinding& remark : verdict.remarks)
             host.out() << printable(fmt::format("{}:{}: {}", options.file, remark.line, remark.text)) << "\n";
     }
-    if (verdict.fault) refuse_damaged_file(options.file, *verdict.fault);
+    if (verdict.fault) refuse_damaged_magazine(options.file, *verdict.fault);
 }
 
 struct SlotChange {
@@ -234,7 +128,7 @@ std::vector<SlotChange> parse_changes(const std::vector<std::string>& words) {
 
 void set_slots(VerbHost& host, const MagazineOptions& options) {
     const std::vector<SlotChange> changes = parse_changes(options.words);
-    OpenMagazine magazine(host, options);
+    OpenMagazine magazine(host, options.file, options.system);
     magazine.check_change();
     for (const SlotChange& change : changes) magazine.check_slot(change.slot);
     for (const SlotChange& change : changes)
@@ -268,7 +162,7 @@ void delete_from(VerbHost& host, const MagazineOptions& options) {
         if (probes.back() == 0)
             throw HostError(ExitStatus::WrongUsage, "probe 0 means none", "name a probe that lies in a slot");
     }
-    OpenMagazine magazine(host, options);
+    OpenMagazine magazine(host, options.file, options.system);
     magazine.check_change();
     if (options.all) delete_slots(magazine);
     for (const std::uint32_t probe : probes) delete_probe(magazine, probe);
@@ -297,7 +191,7 @@ std::uint32_t only_slot(const MagazineOptions& options, std::size_t index, std::
 
 void show_load(VerbHost& host, const MagazineOptions& options) {
     const std::uint32_t slot = only_slot(options, 0, 1);
-    OpenMagazine magazine(host, options);
+    OpenMagazine magazine(host, options.file, options.system);
     magazine.check_slot(slot);
     std::string program;
     const bool has = magazine.ask([&] { return magazine.machine().GetLoadProgram(program, slot); });
@@ -306,7 +200,7 @@ void show_load(VerbHost& host, const MagazineOptions& options) {
 
 void show_unload(VerbHost& host, const MagazineOptions& options) {
     const std::uint32_t slot = only_slot(options, 0, 1);
-    OpenMagazine magazine(host, options);
+    OpenMagazine magazine(host, options.file, options.system);
     magazine.check_slot(slot);
     std::string program;
     const bool has = magazine.ask([&] { return magazine.machine().GetUnloadProgram(program, slot); });
@@ -317,7 +211,7 @@ void show_unload(VerbHost& host, const MagazineOptions& options) {
 void show_change(VerbHost& host, const MagazineOptions& options) {
     const std::uint32_t from = only_slot(options, 0, 2);
     const std::uint32_t to = only_slot(options, 1, 2);
-    OpenMagazine magazine(host, options);
+    OpenMagazine magazine(host, options.file, options.system);
     magazine.check_slot(from);
     std::string program;
     const bool has = magazine.ask([&] { return magazine.machine().GetChangeProgram(program, from, to); });
