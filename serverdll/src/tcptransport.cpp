@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "numbers.h"
+#include "os/network.h"
 #include "os/socket.h"
 #include "transport.h"
 
@@ -117,6 +118,7 @@ private:
         return error ? error.message() : "";
     }
 
+    const os::Network m_network{};
     asio::io_context m_context{1};
     tcp::socket m_socket{m_context};
     std::atomic<bool> m_unacknowledged = false;

@@ -1,0 +1,8 @@
+#include "os/network.h"
+
+namespace os {
+
+Network::Network() noexcept : m_isStarted(true) {}
+Network::~Network() = default;
+
+}  // namespace os
