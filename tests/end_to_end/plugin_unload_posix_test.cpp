@@ -100,8 +100,8 @@ private:
     std::unique_ptr<MMachAbstract> m_driver;
 };
 
-// Runs a host in a process of its own. A library that goes leaves the list of its threads behind, which is
-// never destroyed: the process ends without looking at that.
+// Runs a host in a process of its own, which ends without its last steps: a thread may still be about to let
+// the library go.
 template <class Host>
 void expect_survived(Host host) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");

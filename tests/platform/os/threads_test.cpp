@@ -6,6 +6,7 @@
 
 #include "gate.h"
 #include "os/library.h"
+#include "process_resources.h"
 
 namespace {
 
@@ -94,9 +95,11 @@ public:
 
     void unload() { EXPECT_TRUE(m_library.unload()) << m_library.error_text(); }
     bool is_gone() const { return m_gone.is_open(); }
+    // With its library, and then itself: a process that ends while a library goes may fall over that.
     void wait_until_gone() {
         m_leave.open();
         m_gone.wait();
+        EXPECT_TRUE(test_support::threads_sink_to(m_threads_before));
     }
 
 private:
@@ -109,6 +112,7 @@ private:
     }
     static void go(void* object) { static_cast<LeftThread*>(object)->m_gone.open(); }
 
+    const std::ptrdiff_t m_threads_before = test_support::thread_count();
     os::SharedLibrary m_library;
     Gate m_come;
     Gate m_leave;
